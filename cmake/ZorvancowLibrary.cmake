@@ -1,0 +1,18 @@
+# zorvan_add_library(<name> SOURCES ... [LINKS ...])
+# One shared library of this tree: hidden symbols by default, its include
+# directory at the repository root or under platform/, and the alias
+# Zorvancow::<name> for clients.
+function(zorvan_add_library name)
+  cmake_parse_arguments(ARG "" "INCLUDE_DIR" "SOURCES;LINKS" ${ARGN})
+  add_library(${name} SHARED ${ARG_SOURCES})
+  add_library(Zorvancow::${name} ALIAS ${name})
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${ARG_INCLUDE_DIR}>
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform>)
+  if(ARG_LINKS)
+    target_link_libraries(${name} PUBLIC ${ARG_LINKS})
+  endif()
+  # Calls inside the library bind to the library's own definitions.
+  target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions -Wl,--no-undefined)
+  target_compile_options(${name} PRIVATE -fno-semantic-interposition)
+endfunction()

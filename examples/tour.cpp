@@ -1,0 +1,81 @@
+// A tour of Zorvancow: values that copy for a count increment and, when a
+// shared value is written, copy only the piece that is written.
+//
+// Each section builds a value, copies it, writes through a copy and prints
+// what stayed shared and what was copied, with the counts.
+
+#include <cstdio>
+
+#include "zorvancow/zorvancow.h"
+#include "zorvanmem/mem_Heap.h"
+
+namespace {
+
+// A plain object to put behind a handle.
+struct Scores {
+    int values[4];
+};
+
+void Title(char const* text) { std::printf("\n== %s ==\n", text); }
+
+void TourHandles() {
+    Title("counted handles");
+    cow_COW<Scores> first(Scores{{10, 20, 30, 40}});
+    cow_COW<Scores> second = first;
+    std::printf("copy made: both handles on one object %s, count %d\n",
+                first.ConstGet() == second.ConstGet() ? "yes" : "no", first.GetShareCount());
+
+    second.Get().values[0] = 99;
+    std::printf("after a write through the copy: same object %s; counts %d and %d\n",
+                first.ConstGet() == second.ConstGet() ? "yes" : "no", first.GetShareCount(),
+                second.GetShareCount());
+    std::printf("first reads %d, second reads %d\n", first.ConstGet()->values[0],
+                second.ConstGet()->values[0]);
+
+    Scores const* before = second.ConstGet();
+    second.Get().values[1] = 98;
+    std::printf("a second write copies nothing: same object %s\n",
+                before == second.ConstGet() ? "yes" : "no");
+}
+
+void TourStrings() {
+    Title("strings");
+    aio_ostream out(stdout);
+    cow_String greeting("copy me for free");
+    cow_String copies[3] = {greeting, greeting, greeting};
+    std::printf("four values share one text: count %d, one header %s\n", greeting.GetShareCount(),
+                copies[2].GetHeader() == greeting.GetHeader() ? "yes" : "no");
+    copies[0] = cow_String("a text of its own");
+    std::printf("one value reassigned: the old text now counts %d, the new one %d\n",
+                greeting.GetShareCount(), copies[0].GetShareCount());
+    out << greeting;
+    out.print(" / ") << copies[0];
+    out.print("\n");
+
+    cow_String empty;
+    std::printf("a default string has no header and length %d; equal to \"\": %s\n",
+                empty.GetLength(), cow_StringByteCompare(empty, cow_String("")) == 0 ? "yes" : "no");
+
+    cow_String a("file10"), b("file9");
+    std::printf("\"file10\" against \"file9\": bytes %+d; natural order off %+d",
+                cow_StringByteCompare(a, b), cow_StringOrderCompare(a, b));
+    atr_setNaturalOrder(1);
+    std::printf(", on %+d\n", cow_StringOrderCompare(a, b));
+    atr_setNaturalOrder(0);
+}
+
+}  // namespace
+
+int main() {
+    int started = 0;
+    cow_initialize(started);
+    std::printf("library started (caller's counter %d)\n", started);
+
+    TourHandles();
+    TourStrings();
+
+    cow_finalize(started);
+    std::printf("\nlibrary stopped (caller's counter %d); heap blocks still live: %ld\n", started,
+                mem_GetLiveBlocks());
+    return 0;
+}

@@ -1,0 +1,37 @@
+#include "support/AllocationCounter.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <new>
+
+namespace {
+std::size_t newCalls = 0;
+std::size_t deleteCalls = 0;
+}
+
+namespace testing_support {
+std::size_t NewCalls() { return newCalls; }
+std::size_t DeleteCalls() { return deleteCalls; }
+}  // namespace testing_support
+
+void* operator new(std::size_t size) {
+    ++newCalls;
+    void* block = std::malloc(size == 0 ? 1 : size);
+    if (block == nullptr) {
+        std::fputs("test operator new: out of memory\n", stderr);
+        std::abort();
+    }
+    return block;
+}
+
+void* operator new[](std::size_t size) { return operator new(size); }
+
+void operator delete(void* block) noexcept {
+    if (block == nullptr) return;
+    ++deleteCalls;
+    std::free(block);
+}
+
+void operator delete[](void* block) noexcept { operator delete(block); }
+void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+void operator delete[](void* block, std::size_t) noexcept { operator delete(block); }

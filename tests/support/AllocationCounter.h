@@ -1,0 +1,31 @@
+#ifndef ZORVAN_TESTS_ALLOCATION_COUNTER_H
+#define ZORVAN_TESTS_ALLOCATION_COUNTER_H
+
+// Every test program replaces the global operator new with one that counts,
+// so that a test can prove "this copy allocates nothing" or "this write made
+// exactly one object".
+
+#include <cstddef>
+
+namespace testing_support {
+
+// Global operator new calls and operator delete calls (of non-null pointers)
+// since the program started.
+std::size_t NewCalls();
+std::size_t DeleteCalls();
+
+// Counts the allocations made while it lives.
+class AllocationScope {
+public:
+    AllocationScope() : newAtStart(NewCalls()), deleteAtStart(DeleteCalls()) {}
+    std::size_t News() const { return NewCalls() - newAtStart; }
+    std::size_t Deletes() const { return DeleteCalls() - deleteAtStart; }
+
+private:
+    std::size_t newAtStart;
+    std::size_t deleteAtStart;
+};
+
+}  // namespace testing_support
+
+#endif

@@ -1,0 +1,205 @@
+#ifndef ZORVANCOW_CORE_COW_COW_H
+#define ZORVANCOW_CORE_COW_COW_H
+
+// Counted handles: the frame of every shared container.
+//
+// A handle is two words, a counter and a pointee. Copying a handle raises the
+// count; the last handle to go destroys the pointee. cow_COW adds Get(), the
+// write access, which first gives the calling handle a private copy when the
+// pointee is shared. Reads go straight through the pointee and change nothing.
+//
+// Counts are plain integers: handles that share a pointee belong to one
+// thread at a time.
+
+#include <cstdint>
+#include <cstddef>
+
+#include "zorvancow/core/cow_Export.h"
+
+// A reference count. A new counter starts at 1. Its storage comes from the
+// global operator new, also for derived classes (the blocks of cow_1DArray).
+class ZORVANCOW_API cow_Counter {
+public:
+    cow_Counter() : count(1) {}
+
+    static void* operator new(std::size_t size);
+    static void operator delete(void* block);
+
+    void Increment() { ++count; }
+    // Lowers the count; true when it reached 0.
+    bool Decrement() { return --count == 0; }
+    std::int32_t GetCount() const { return count; }
+
+private:
+    std::int32_t count;
+};
+
+// A handle that shares one pointee with its copies. The pointee may be null
+// (an empty handle is still live: it has a counter and copies like any
+// other). A pointee handed over as T* must come from the global operator new.
+template <class T>
+class cow_CountedHld {
+public:
+    // Adopts `object` (which may be null) with a new counter at 1.
+    explicit cow_CountedHld(T* object) : counter(new cow_Counter), pointee(object) {}
+    // Shares: copies both words and raises the count. Allocates nothing.
+    cow_CountedHld(cow_CountedHld const& other) : counter(other.counter), pointee(other.pointee) {
+        counter->Increment();
+    }
+    // Lowers the count; the last handle destroys pointee and counter.
+    ~cow_CountedHld();
+
+    // Shares the other handle's pointee. The other count is raised before
+    // this one is lowered, so assigning a handle to itself, or to another
+    // handle on the same pointee, destroys nothing.
+    cow_CountedHld& operator=(cow_CountedHld const& other);
+    // Makes this handle the only holder of `object` (null empties it). A sole
+    // handle destroys its old pointee and keeps its counter; a shared one
+    // leaves the others their pointee and takes a new counter at 1.
+    // `object` must not be the current, non-null pointee.
+    cow_CountedHld& operator=(T* object);
+
+    // Inspection: the read pointer (null for an empty handle), how many handles
+    // share it, and the counter itself, to tell whether two handles share.
+    T const* ConstGet() const { return pointee; }
+    std::int32_t GetShareCount() const { return counter->GetCount(); }
+    cow_Counter const* GetCounter() const { return counter; }
+
+protected:
+    // Destroys the pointee (when there is one) and the counter; both words
+    // are null afterwards.
+    void Delete();
+    // Gives up this handle's count, destroying what it was the last to hold,
+    // and leaves both words null so that no later destructor releases again.
+    void Release() {
+        if (counter == nullptr) return;
+        if (counter->Decrement()) {
+            Delete();
+        } else {
+            counter = nullptr;
+            pointee = nullptr;
+        }
+    }
+
+    cow_Counter* counter;
+    T* pointee;
+};
+
+// The library's one copy policy: a full copy through T's copy constructor.
+template <class T>
+struct cow_Direct {
+    // A new T copied from `source`, from the global operator new.
+    static T* Copy(T const& source);
+};
+
+// A counted handle with a write access. A write to a shared pointee copies it
+// once, on the writer's side only; the other handles keep the old object.
+// How deep the copy goes is the pointee's matter: tree and map nodes copy
+// one node and share their children.
+template <class T, class Cp = cow_Direct<T>>
+class cow_COW : public cow_CountedHld<T> {
+public:
+    // Starts from a private copy of `source`.
+    explicit cow_COW(T const& source);
+    // Adopts `object` (null gives a live, empty handle).
+    explicit cow_COW(T* object);
+    cow_COW(cow_COW const& other) = default;
+    ~cow_COW();
+
+    cow_COW& operator=(cow_COW const& other) = default;
+    using cow_CountedHld<T>::operator=;
+
+    // The write access: returns an object that no other handle sees, copying
+    // it first when the count is not 1. Costs a load and a compare when the
+    // handle is already the sole holder. Needs a non-null pointee when shared.
+    T& Get();
+};
+
+// A base for user objects that keep a counter of their own. The library
+// derives nothing from it; a new object has no counter set.
+class ZORVANCOW_API cow_IntrusiveCountedBase {
+public:
+    cow_IntrusiveCountedBase() : counter(nullptr) {}
+
+    // Stores `newCounter`. When another, non-null counter was already set, a
+    // line goes to standard error; the old counter is not released.
+    void SetCounter(cow_Counter* newCounter);
+    cow_Counter* GetCounter() const { return counter; }
+
+private:
+    cow_Counter* counter;
+};
+
+template <class T>
+cow_CountedHld<T>::~cow_CountedHld() {
+    Release();
+}
+
+template <class T>
+cow_CountedHld<T>& cow_CountedHld<T>::operator=(cow_CountedHld const& other) {
+    other.counter->Increment();
+    cow_Counter* newCounter = other.counter;
+    T* newPointee = other.pointee;
+    if (counter->Decrement()) Delete();
+    counter = newCounter;
+    pointee = newPointee;
+    return *this;
+}
+
+template <class T>
+cow_CountedHld<T>& cow_CountedHld<T>::operator=(T* object) {
+    if (counter->GetCount() == 1) {
+        delete pointee;
+    } else {
+        counter->Decrement();
+        counter = new cow_Counter;
+    }
+    pointee = object;
+    return *this;
+}
+
+template <class T>
+void cow_CountedHld<T>::Delete() {
+    delete pointee;
+    pointee = nullptr;
+    delete counter;
+    counter = nullptr;
+}
+
+template <class T>
+T* cow_Direct<T>::Copy(T const& source) {
+    return new T(source);
+}
+
+template <class T, class Cp>
+cow_COW<T, Cp>::cow_COW(T const& source) : cow_CountedHld<T>(Cp::Copy(source)) {}
+
+template <class T, class Cp>
+cow_COW<T, Cp>::cow_COW(T* object) : cow_CountedHld<T>(object) {}
+
+template <class T, class Cp>
+cow_COW<T, Cp>::~cow_COW() {
+    this->Release();
+}
+
+template <class T, class Cp>
+T& cow_COW<T, Cp>::Get() {
+    T* current = this->pointee;
+    if (this->counter->GetCount() != 1) *this = Cp::Copy(*current);
+    return *this->pointee;
+}
+
+// Announces, in a family header, that the library holds the handle classes
+// for pointee type T; the matching ZORVANCOW_INSTANTIATE_COW(T) stands in the
+// family's file under zorvancow/instantiations/.
+#define ZORVANCOW_EXTERN_COW(...)                                              \
+    extern template class ZORVANCOW_API cow_CountedHld<__VA_ARGS__>;           \
+    extern template struct ZORVANCOW_API cow_Direct<__VA_ARGS__>;              \
+    extern template class ZORVANCOW_API cow_COW<__VA_ARGS__, cow_Direct<__VA_ARGS__>>
+
+#define ZORVANCOW_INSTANTIATE_COW(...)                                         \
+    template class cow_CountedHld<__VA_ARGS__>;                                \
+    template struct cow_Direct<__VA_ARGS__>;                                   \
+    template class cow_COW<__VA_ARGS__, cow_Direct<__VA_ARGS__>>
+
+#endif

@@ -1,0 +1,51 @@
+#ifndef ZORVANCOW_CORE_COW_STRING_H
+#define ZORVANCOW_CORE_COW_STRING_H
+
+// The library's text value and the two string comparisons.
+//
+// A cow_String is two words on a counted, read-only text: copying it costs
+// one increment, and no write ever unshares it. A default value has no header
+// and reads as the empty text; it equals a value made from "".
+//
+// Which comparison orders what:
+//   cow_StringByteCompare - every string equality in the library, the order
+//       of atr_String tree keys and of sorted lists of atr_String, and sorted
+//       map walks of any string key;
+//   cow_StringOrderCompare - the order of cow_String tree keys and of sorted
+//       lists of cow_String: natural order while atr_getNaturalOrder() is on.
+
+#include "zorvancow/core/cow_Export.h"
+#include "zorvanmem/aio_ostream.h"
+#include "zorvanstr/atr_String.h"
+
+class cow_String : public atr_StringBase {
+public:
+    // The empty value: no header, nothing allocated.
+    cow_String() = default;
+    // A value with its own copy of `source`; the caller may free `source` at once.
+    explicit cow_String(char const* source) : atr_StringBase(source) {}
+};
+
+// Unsigned byte-wise order: -1, 0 or +1. A prefix sorts first (its terminator
+// is the lower byte), bytes 0x80 and above sort after ASCII, and a text ends at
+// its first zero byte. No length shortcut, no locale.
+inline int cow_StringByteCompare(atr_StringBase const& left, atr_StringBase const& right) {
+    auto const* l = reinterpret_cast<unsigned char const*>(left.GetCString());
+    auto const* r = reinterpret_cast<unsigned char const*>(right.GetCString());
+    for (;; ++l, ++r) {
+        if (*l != *r) return *l < *r ? -1 : 1;
+        if (*l == 0) return 0;
+    }
+}
+
+// strnatcmp's result when atr_getNaturalOrder() is non-zero, read at every
+// call; otherwise cow_StringByteCompare. Only the sign matters.
+inline int cow_StringOrderCompare(atr_StringBase const& left, atr_StringBase const& right) {
+    if (atr_getNaturalOrder() != 0) return strnatcmp(left.GetCString(), right.GetCString());
+    return cow_StringByteCompare(left, right);
+}
+
+// Prints the text (the empty text for a default value) and nothing else.
+ZORVANCOW_API aio_ostream& operator<<(aio_ostream& stream, cow_String const& value);
+
+#endif
