@@ -69,17 +69,6 @@ protected:
     // Destroys the pointee (when there is one) and the counter; both words
     // are null afterwards.
     void Delete();
-    // Gives up this handle's count, destroying what it was the last to hold,
-    // and leaves both words null so that no later destructor releases again.
-    void Release() {
-        if (counter == nullptr) return;
-        if (counter->Decrement()) {
-            Delete();
-        } else {
-            counter = nullptr;
-            pointee = nullptr;
-        }
-    }
 
     cow_Counter* counter;
     T* pointee;
@@ -132,7 +121,7 @@ private:
 
 template <class T>
 cow_CountedHld<T>::~cow_CountedHld() {
-    Release();
+    if (counter->Decrement()) Delete();
 }
 
 template <class T>
@@ -177,10 +166,10 @@ cow_COW<T, Cp>::cow_COW(T const& source) : cow_CountedHld<T>(Cp::Copy(source)) {
 template <class T, class Cp>
 cow_COW<T, Cp>::cow_COW(T* object) : cow_CountedHld<T>(object) {}
 
+// The release itself is the base destructor's, which runs right after:
+// one count given up per handle.
 template <class T, class Cp>
-cow_COW<T, Cp>::~cow_COW() {
-    this->Release();
-}
+cow_COW<T, Cp>::~cow_COW() {}
 
 template <class T, class Cp>
 T& cow_COW<T, Cp>::Get() {
