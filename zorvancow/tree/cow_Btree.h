@@ -1,0 +1,621 @@
+#ifndef ZORVANCOW_TREE_COW_BTREE_H
+#define ZORVANCOW_TREE_COW_BTREE_H
+
+// The ordered key/value tree.
+//
+// Despite the name this is a binary search tree: one pair per node, at most
+// two children, a stored depth in every node and single rotations driven by
+// those depths. It is not an AVL tree: each write looks once at every node on
+// its path and makes at most one single rotation there, so the height is a
+// best effort, not a promise. Key order and uniqueness are the promise.
+//
+// The node is the unit of sharing. Children are reached through links: a
+// link is a pointer to a heap-allocated cow_COW handle on the child node
+// (null for an empty subtree), so two parents in two trees may name one node
+// through two handle objects on one counter. Copying a tree costs one handle
+// and one increment; a write copies the nodes on its search path (those that
+// are shared) and leaves everything off the path shared.
+//
+// Key orders: int keys by the sign of the wrapped 32-bit difference, cow_String
+// keys by cow_StringOrderCompare (natural order while the switch is on; keep
+// the switch fixed for a tree's life), atr_String keys by bytes.
+//
+// Counts are plain integers: trees that share nodes belong to one thread at a
+// time, except that lookups through IsMember and ConstGet may run together.
+
+#include <cstdint>
+
+#include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Export.h"
+#include "zorvancow/core/cow_String.h"
+
+// Key comparisons of the tree: negative when `searched` orders before
+// `nodeKey`, zero on a match, positive after. Only the sign is used.
+//
+// Integer keys compare by their difference with two's-complement wrap, so the
+// order is total only over keys less than 2^31 apart; the keys of one tree
+// must stay within such a span (nothing checks it).
+inline std::int32_t cow_BtreeKeyCompare(int searched, int nodeKey) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(searched) -
+                                     static_cast<std::uint32_t>(nodeKey));
+}
+inline std::int32_t cow_BtreeKeyCompare(cow_String const& searched, cow_String const& nodeKey) {
+    return cow_StringOrderCompare(searched, nodeKey);
+}
+inline std::int32_t cow_BtreeKeyCompare(atr_String const& searched, atr_String const& nodeKey) {
+    return cow_StringByteCompare(searched, nodeKey);
+}
+
+template <class K, class V>
+class cow_Btree;
+template <class K, class V>
+class cow_BtreeIterator;
+
+// One key/value pair of a tree, with its two child links and its depth.
+//
+// A node is built by an insertion or copied by cow_COW::Get when a shared
+// node is written; its copy is shallow (one node, children shared). Every
+// mutating member requires that it runs on a private node (handle count 1),
+// which the caller arranges with Get on the link that names it.
+//
+// The value is laid out before the key.
+template <class K, class V>
+class cow_BtreeNode {
+public:
+    // The handle type behind every link.
+    using Handle = cow_COW<cow_BtreeNode, cow_Direct<cow_BtreeNode>>;
+
+    // A childless node holding copies of `key` and `value` (counted values
+    // share their storage), maxDepth 0.
+    cow_BtreeNode(K const& key, V const& value);
+    // A shallow copy: key and value by their own copy constructors, the same
+    // maxDepth, and a new handle (one allocation, one increment) on each child
+    // of `other`. The children are shared, not copied.
+    cow_BtreeNode(cow_BtreeNode const& other);
+    // Releases the left link, then the right one: each child goes when this
+    // was its last holder, recursively. Then key and value are destroyed.
+    ~cow_BtreeNode();
+    cow_BtreeNode& operator=(cow_BtreeNode const&) = delete;
+
+    // Restores some balance under `self`, the link that names this node, by at
+    // most one single rotation. With l and r the maxDepth of the left and right
+    // child (0 for a missing child), a right side deeper by 2 or more rotates
+    // left, a left side deeper by 2 or more rotates right; the heavy child is
+    // made private and moved up. Returns the link to store in place of `self`,
+    // or null when nothing rotated. Allocates nothing beyond that one copy.
+    Handle* Balance(Handle* self);
+
+    // Adds the pair under this node unless the key is present. The search path
+    // below is made private, also when the key is found and nothing is added;
+    // each node on the way back balances the child it came from (this node
+    // itself is balanced by its parent). A new key costs three allocations:
+    // handle, counter and node. True when a node was added; a present key
+    // keeps its old value and no depth changes.
+    bool InsertUnlessMember(K const& key, V const& value);
+
+    // Removes the key from the subtree of this node. `parent` is the node whose
+    // left or right link names this node (the tree passes a stand-in parent for
+    // its root). The search path is made private even when the key is absent.
+    // A node with two children is replaced by its in-order successor, which
+    // moves up as a node (nothing is copied between nodes); the walk to it makes
+    // the left spine of the right subtree private, and only the successor and
+    // its old parent get new depths: depths of the nodes between them may stay
+    // above their exact value. Nodes on the path from here down to the removed
+    // one are rebalanced on the way back. True when a node was removed.
+    bool Remove(K const& key, cow_BtreeNode& parent);
+
+    // The node holding `key`, or null. A write: every node on the search path
+    // is made private, also when the key is absent, so the result may be
+    // changed without effect on another tree.
+    cow_BtreeNode* Find(K const& key);
+    // The node holding `key`, or null. A pure read: no count and no node
+    // changes, so concurrent ConstFinds on shared nodes are safe.
+    cow_BtreeNode const* ConstFind(K const& key) const;
+
+    // Inspection. Key and value of this node; its child links (null when
+    // absent; a link's GetShareCount() tells how many parents share the child
+    // and ConstGet() reads it); its stored depth: 0 for a leaf, else one more
+    // than its deeper child's. A removal may leave a depth above the exact one.
+    K const& GetKey() const { return key; }
+    V const& GetValue() const { return value; }
+    Handle const* GetLeft() const { return left; }
+    Handle const* GetRight() const { return right; }
+    std::int32_t GetMaxDepth() const { return maxDepth; }
+
+private:
+    friend class cow_Btree<K, V>;
+    friend class cow_BtreeIterator<K, V>;
+
+    // Recomputes maxDepth from the children: 0 for a leaf, else one more than
+    // the deeper child's maxDepth.
+    void SetMaxDepth() {
+        std::int32_t const l = left != nullptr ? left->ConstGet()->maxDepth + 1 : 0;
+        std::int32_t const r = right != nullptr ? right->ConstGet()->maxDepth + 1 : 0;
+        maxDepth = l > r ? l : r;
+    }
+    // Called on the parent: drops the link that names `node` (a private node,
+    // which goes with it), puts `replacement` in its place, and sets this
+    // node's depth again. The right link is taken when it names `node`,
+    // the left one otherwise.
+    void RemoveNode(cow_BtreeNode* node, Handle* replacement);
+
+    static std::int32_t DepthOf(Handle const* link) {
+        return link != nullptr ? link->ConstGet()->maxDepth : 0;
+    }
+
+    V value;
+    K key;
+    Handle* left;
+    Handle* right;
+    std::int32_t maxDepth;
+};
+
+// An ordered map from unique keys to values, as a value object.
+//
+// Copying costs one handle allocation and one increment (plus the copy of
+// defaultValue), whatever the size: the copy shares every node. A write
+// (InsertUnlessMember, Remove, Get) makes private the root and the nodes on
+// its search path, also when it finds nothing to do, and leaves all else
+// shared. Lookups (IsMember, ConstGet) read only.
+template <class K, class V>
+class cow_Btree {
+public:
+    using Node = cow_BtreeNode<K, V>;
+    using Handle = typename Node::Handle;
+
+    // An empty tree: no root, count 0, a default-constructed defaultValue.
+    // Allocates nothing.
+    cow_Btree();
+    // Shares every node of `other`: one new handle on its root and one
+    // increment. Copies count and defaultValue.
+    cow_Btree(cow_Btree const& other);
+    // Releases the root link; the nodes go as far as no other tree counts them.
+    ~cow_Btree();
+    // Makes this tree share the nodes of `other`, releasing its own. Assigning
+    // a tree to itself, or to a tree that already shares its root, is safe.
+    cow_Btree const& operator=(cow_Btree const& other);
+
+    // A new heap tree sharing this one's nodes, made by the copy constructor;
+    // the caller deletes it.
+    cow_Btree* Copy() const;
+
+    // Adds the pair unless `key` is present; true when added. A present key
+    // keeps its old value. The search path is made private either way, and the
+    // root is balanced after an addition.
+    bool InsertUnlessMember(K const& key, V const& value);
+    // Removes `key` and its value; false when absent. The search path is made
+    // private either way. Removing the last element leaves the tree as new.
+    bool Remove(K const& key);
+
+    // Number of elements.
+    std::int32_t GetCount() const { return count; }
+    // True when `key` is held. A pure read.
+    bool IsMember(K const& key) const { return ConstFind(key) != nullptr; }
+    // The value held for `key`, or defaultValue (a default-constructed V) when
+    // the key is absent. A pure read; the reference lives until the next write
+    // to this tree.
+    V const& ConstGet(K const& key) const {
+        Node const* node = ConstFind(key);
+        return node != nullptr ? node->GetValue() : defaultValue;
+    }
+    // Write access to the value held for `key`: the search path is made private
+    // first, so a change shows in this tree only. Null when the key is absent,
+    // and the path walked is private all the same. The pointer lives until the
+    // next write to this tree.
+    V* Get(K const& key) {
+        Node* node = Find(key);
+        return node != nullptr ? &node->value : nullptr;
+    }
+
+    // Inspection: the root link, null for an empty tree. Its GetShareCount()
+    // tells how many trees share the root node; ConstGet() reads the node,
+    // whose GetLeft()/GetRight() lead further down.
+    Handle const* GetRoot() const { return root; }
+    // Inspection: the value that ConstGet answers for an absent key.
+    V const& GetDefaultValue() const { return defaultValue; }
+
+private:
+    friend class cow_BtreeIterator<K, V>;
+
+    // The node of `key`, or null; makes every node it visits private.
+    Node* Find(K const& key);
+    // The node of `key`, or null; reads only.
+    Node const* ConstFind(K const& key) const;
+
+    Handle* root;
+    std::int32_t count;
+    V defaultValue;
+};
+
+// Walks a tree in key order, forwards and backwards, with direction changes
+// allowed at any point.
+//
+// Nodes have no parent links, so the iterator keeps the path from the root to
+// its current node on a stack of heap frames: each step down allocates one
+// small frame, each step up frees one. It holds a bare pointer to the tree
+// and no count: the tree must outlive the iterator, and nothing may write to
+// the walked tree (not even Get) while the iterator is positioned; afterwards
+// only First, Last and the destructor are valid. Writes to other trees that
+// share nodes with it are harmless, since they copy their own path.
+//
+// An iterator cannot be copied: a copy would have to duplicate its whole stack,
+// and a fresh iterator with First or Last is as cheap.
+template <class K, class V>
+class cow_BtreeIterator {
+public:
+    using Node = cow_BtreeNode<K, V>;
+    using Handle = typename Node::Handle;
+
+    // An iterator on `tree` with no current element: call First or Last.
+    explicit cow_BtreeIterator(cow_Btree<K, V> const& tree);
+    // Frees the frames; does not read the tree.
+    ~cow_BtreeIterator();
+    cow_BtreeIterator(cow_BtreeIterator const&) = delete;
+    cow_BtreeIterator& operator=(cow_BtreeIterator const&) = delete;
+
+    // To the smallest key; done on an empty tree. Valid in any state.
+    void First();
+    // To the greatest key; done on an empty tree. Valid in any state.
+    void Last();
+    // To the next greater key, or done after the greatest.
+    // Precondition: not IsDone().
+    void Next();
+    // To the next smaller key, or done before the smallest.
+    // Precondition: not IsDone().
+    void Previous();
+
+    // True when there is no current element.
+    bool IsDone() const { return top == nullptr; }
+    // Key and value of the current element. Precondition: not IsDone().
+    K const& CurrentKey() const { return top->link->ConstGet()->GetKey(); }
+    V const& CurrentValue() const { return top->link->ConstGet()->GetValue(); }
+
+    // Inspection: the number of frames, which is the current node's level
+    // plus one (0 when done).
+    int GetStackDepth() const {
+        int depth = 0;
+        for (Frame const* frame = top; frame != nullptr; frame = frame->below) ++depth;
+        return depth;
+    }
+
+private:
+    // One node of the path: the link naming it (in its parent, or the tree's
+    // root link) and the frame of its parent.
+    struct Frame {
+        Handle* link;
+        Frame* below;
+    };
+
+    Node const* TopNode() const { return top->link->ConstGet(); }
+    void Push(Handle* link) { top = new Frame{link, top}; }
+    // Unlinks and frees the top frame, if any.
+    void Pop() {
+        if (top == nullptr) return;
+        Frame* old = top;
+        top = old->below;
+        delete old;
+    }
+    void PopAll() {
+        while (top != nullptr) Pop();
+    }
+
+    cow_Btree<K, V> const* tree;
+    Frame* top;
+};
+
+// ---------------------------------------------------------------------------
+// cow_BtreeNode
+
+template <class K, class V>
+cow_BtreeNode<K, V>::cow_BtreeNode(K const& key_, V const& value_)
+    : value(value_), key(key_), left(nullptr), right(nullptr), maxDepth(0) {}
+
+template <class K, class V>
+cow_BtreeNode<K, V>::cow_BtreeNode(cow_BtreeNode const& other)
+    : value(other.value),
+      key(other.key),
+      left(other.left != nullptr ? new Handle(*other.left) : nullptr),
+      right(other.right != nullptr ? new Handle(*other.right) : nullptr),
+      maxDepth(other.maxDepth) {}
+
+template <class K, class V>
+cow_BtreeNode<K, V>::~cow_BtreeNode() {
+    delete left;
+    delete right;
+}
+
+template <class K, class V>
+typename cow_BtreeNode<K, V>::Handle* cow_BtreeNode<K, V>::Balance(Handle* self) {
+    // A missing child and a leaf child both weigh 0 here.
+    std::int32_t const d = DepthOf(right) - DepthOf(left);
+    if (d >= 2) {
+        Handle* up = right;
+        cow_BtreeNode& child = up->Get();
+        right = child.left;
+        child.left = self;
+        SetMaxDepth();
+        child.SetMaxDepth();
+        return up;
+    }
+    if (d < -1) {
+        Handle* up = left;
+        cow_BtreeNode& child = up->Get();
+        left = child.right;
+        child.right = self;
+        SetMaxDepth();
+        child.SetMaxDepth();
+        return up;
+    }
+    return nullptr;
+}
+
+template <class K, class V>
+bool cow_BtreeNode<K, V>::InsertUnlessMember(K const& key_, V const& value_) {
+    std::int32_t const c = cow_BtreeKeyCompare(key_, key);
+    if (c == 0) return false;
+    Handle*& slot = c < 0 ? left : right;
+    if (slot == nullptr) {
+        slot = new Handle(new cow_BtreeNode(key_, value_));
+        SetMaxDepth();
+        return true;
+    }
+    cow_BtreeNode& child = slot->Get();
+    if (!child.InsertUnlessMember(key_, value_)) return false;
+    if (Handle* moved = child.Balance(slot)) slot = moved;
+    SetMaxDepth();
+    return true;
+}
+
+template <class K, class V>
+bool cow_BtreeNode<K, V>::Remove(K const& key_, cow_BtreeNode& parent) {
+    std::int32_t const c = cow_BtreeKeyCompare(key_, key);
+    if (c != 0) {
+        Handle*& slot = c < 0 ? left : right;
+        if (slot == nullptr) return false;
+        if (!slot->Get().Remove(key_, *this)) return false;
+        // The child may have gone; its replacement may still be shared.
+        if (slot != nullptr) {
+            if (Handle* moved = slot->Get().Balance(slot)) slot = moved;
+        }
+        SetMaxDepth();
+        return true;
+    }
+
+    Handle* replacement;
+    if (right == nullptr) {
+        replacement = left;
+    } else if (left == nullptr) {
+        replacement = right;
+    } else {
+        // The in-order successor S: the leftmost node of the right subtree,
+        // with P its parent. Every node of the walk is made private.
+        cow_BtreeNode* p = this;
+        Handle* link = right;
+        cow_BtreeNode* s = &link->Get();
+        while (s->left != nullptr) {
+            p = s;
+            link = s->left;
+            s = &link->Get();
+        }
+        if (p != this) {
+            p->left = s->right;
+            s->right = right;
+            p->SetMaxDepth();
+        }
+        s->left = left;
+        s->SetMaxDepth();
+        replacement = link;
+    }
+    // The subtrees now hang elsewhere: releasing this node must not take them.
+    right = nullptr;
+    left = nullptr;
+    parent.RemoveNode(this, replacement);
+    return true;
+}
+
+template <class K, class V>
+void cow_BtreeNode<K, V>::RemoveNode(cow_BtreeNode* node, Handle* replacement) {
+    if (right != nullptr && right->ConstGet() == node) {
+        delete right;
+        right = replacement;
+    } else {
+        delete left;
+        left = replacement;
+    }
+    SetMaxDepth();
+}
+
+template <class K, class V>
+cow_BtreeNode<K, V>* cow_BtreeNode<K, V>::Find(K const& key_) {
+    std::int32_t const c = cow_BtreeKeyCompare(key_, key);
+    if (c == 0) return this;
+    Handle* slot = c < 0 ? left : right;
+    if (slot == nullptr) return nullptr;
+    return slot->Get().Find(key_);
+}
+
+template <class K, class V>
+cow_BtreeNode<K, V> const* cow_BtreeNode<K, V>::ConstFind(K const& key_) const {
+    std::int32_t const c = cow_BtreeKeyCompare(key_, key);
+    if (c == 0) return this;
+    Handle const* slot = c < 0 ? left : right;
+    if (slot == nullptr) return nullptr;
+    return slot->ConstGet()->ConstFind(key_);
+}
+
+// ---------------------------------------------------------------------------
+// cow_Btree
+
+template <class K, class V>
+cow_Btree<K, V>::cow_Btree() : root(nullptr), count(0), defaultValue() {}
+
+template <class K, class V>
+cow_Btree<K, V>::cow_Btree(cow_Btree const& other)
+    : root(nullptr), count(other.count), defaultValue(other.defaultValue) {
+    if (other.root != nullptr) root = new Handle(*other.root);
+}
+
+template <class K, class V>
+cow_Btree<K, V>::~cow_Btree() {
+    delete root;
+}
+
+template <class K, class V>
+cow_Btree<K, V> const& cow_Btree<K, V>::operator=(cow_Btree const& other) {
+    if (&other == this) return *this;
+    if (other.root == nullptr) {
+        delete root;
+        root = nullptr;
+    } else if (root == nullptr) {
+        root = new Handle(*other.root);
+    } else {
+        // Raises the source's count before lowering ours: safe when both
+        // trees already share the root node.
+        *root = *other.root;
+    }
+    count = other.count;
+    defaultValue = other.defaultValue;
+    return *this;
+}
+
+template <class K, class V>
+cow_Btree<K, V>* cow_Btree<K, V>::Copy() const {
+    return new cow_Btree(*this);
+}
+
+template <class K, class V>
+bool cow_Btree<K, V>::InsertUnlessMember(K const& key, V const& value) {
+    if (root == nullptr) {
+        root = new Handle(new Node(key, value));
+        count = 1;
+        return true;
+    }
+    Node& top = root->Get();
+    bool const added = top.InsertUnlessMember(key, value);
+    if (added) {
+        ++count;
+        if (Handle* moved = top.Balance(root)) root = moved;
+    }
+    return added;
+}
+
+template <class K, class V>
+bool cow_Btree<K, V>::Remove(K const& key) {
+    if (root == nullptr) return false;
+    // A stand-in parent for the root, so that removing the root node is no
+    // special case. It borrows the root link without counting it.
+    Node sentinel(K(), defaultValue);
+    sentinel.left = root;
+    bool const removed = root->Get().Remove(key, sentinel);
+    if (removed) {
+        --count;
+        root = sentinel.left;
+        if (root != nullptr) {
+            if (Handle* moved = root->Get().Balance(root)) root = moved;
+        }
+    }
+    sentinel.left = nullptr;
+    return removed;
+}
+
+template <class K, class V>
+typename cow_Btree<K, V>::Node* cow_Btree<K, V>::Find(K const& key) {
+    Handle* link = root;
+    while (link != nullptr) {
+        Node& node = link->Get();
+        std::int32_t const c = cow_BtreeKeyCompare(key, node.key);
+        if (c == 0) return &node;
+        link = c < 0 ? node.left : node.right;
+    }
+    return nullptr;
+}
+
+template <class K, class V>
+typename cow_Btree<K, V>::Node const* cow_Btree<K, V>::ConstFind(K const& key) const {
+    Handle const* link = root;
+    while (link != nullptr) {
+        Node const* node = link->ConstGet();
+        std::int32_t const c = cow_BtreeKeyCompare(key, node->key);
+        if (c == 0) return node;
+        link = c < 0 ? node->left : node->right;
+    }
+    return nullptr;
+}
+
+// ---------------------------------------------------------------------------
+// cow_BtreeIterator
+
+template <class K, class V>
+cow_BtreeIterator<K, V>::cow_BtreeIterator(cow_Btree<K, V> const& tree_) : tree(&tree_), top(nullptr) {}
+
+template <class K, class V>
+cow_BtreeIterator<K, V>::~cow_BtreeIterator() {
+    PopAll();
+}
+
+template <class K, class V>
+void cow_BtreeIterator<K, V>::First() {
+    PopAll();
+    if (tree->root == nullptr) return;
+    Push(tree->root);
+    while (Handle* next = TopNode()->left) Push(next);
+}
+
+template <class K, class V>
+void cow_BtreeIterator<K, V>::Last() {
+    PopAll();
+    if (tree->root == nullptr) return;
+    Push(tree->root);
+    while (Handle* next = TopNode()->right) Push(next);
+}
+
+template <class K, class V>
+void cow_BtreeIterator<K, V>::Next() {
+    if (Handle* down = TopNode()->right) {
+        Push(down);
+        while (Handle* next = TopNode()->left) Push(next);
+        return;
+    }
+    // Climb while coming up from a right child: those ancestors lie behind.
+    for (;;) {
+        Handle* from = top->link;
+        Pop();
+        if (top == nullptr || TopNode()->right != from) return;
+    }
+}
+
+template <class K, class V>
+void cow_BtreeIterator<K, V>::Previous() {
+    if (Handle* down = TopNode()->left) {
+        Push(down);
+        while (Handle* next = TopNode()->right) Push(next);
+        return;
+    }
+    for (;;) {
+        Handle* from = top->link;
+        Pop();
+        if (top == nullptr || TopNode()->left != from) return;
+    }
+}
+
+// ---------------------------------------------------------------------------
+// The library's instantiations: the tree classes and the handles on their
+// nodes, for each key/value pair.
+
+#define ZORVANCOW_EXTERN_BTREE(...)                                            \
+    ZORVANCOW_EXTERN_COW(cow_BtreeNode<__VA_ARGS__>);                          \
+    extern template class ZORVANCOW_API cow_BtreeNode<__VA_ARGS__>;            \
+    extern template class ZORVANCOW_API cow_Btree<__VA_ARGS__>;                \
+    extern template class ZORVANCOW_API cow_BtreeIterator<__VA_ARGS__>
+
+ZORVANCOW_EXTERN_BTREE(int, int);
+ZORVANCOW_EXTERN_BTREE(int, double);
+ZORVANCOW_EXTERN_BTREE(cow_String, int);
+ZORVANCOW_EXTERN_BTREE(cow_String, unsigned int);
+ZORVANCOW_EXTERN_BTREE(cow_String, float);
+ZORVANCOW_EXTERN_BTREE(cow_String, cow_String);
+ZORVANCOW_EXTERN_BTREE(cow_String, cow_Btree<int, int>);
+
+#undef ZORVANCOW_EXTERN_BTREE
+
+#endif
