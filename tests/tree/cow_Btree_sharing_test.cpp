@@ -1,0 +1,270 @@
+// Sharing between trees: what a copy costs, what each write copies, and that
+// the other trees never see it.
+
+#include "zorvancow/tree/cow_Btree.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <vector>
+
+#include "support/AllocationCounter.h"
+
+using testing_support::AllocationScope;
+
+namespace {
+
+using IntTree = cow_Btree<int, int>;
+using IntNode = cow_BtreeNode<int, int>;
+
+// A value that counts its live instances, to see when nodes really go.
+struct Tracked {
+    static int live;
+    int value;
+    Tracked() : value(0) { ++live; }
+    explicit Tracked(int v) : value(v) { ++live; }
+    Tracked(Tracked const& other) : value(other.value) { ++live; }
+    Tracked& operator=(Tracked const&) = default;
+    ~Tracked() { --live; }
+};
+int Tracked::live = 0;
+
+void Collect(IntTree::Handle const* link, std::vector<IntNode const*>& nodes) {
+    if (link == nullptr) return;
+    IntNode const* node = link->ConstGet();
+    Collect(node->GetLeft(), nodes);
+    nodes.push_back(node);
+    Collect(node->GetRight(), nodes);
+}
+
+std::vector<IntNode const*> Nodes(IntTree const& tree) {
+    std::vector<IntNode const*> nodes;
+    Collect(tree.GetRoot(), nodes);
+    return nodes;
+}
+
+// Keys of the nodes of `tree` that `other` does not hold (by address).
+std::set<int> PrivateKeys(IntTree const& tree, IntTree const& other) {
+    std::vector<IntNode const*> const theirs = Nodes(other);
+    std::set<IntNode const*> const shared(theirs.begin(), theirs.end());
+    std::set<int> keys;
+    for (IntNode const* node : Nodes(tree))
+        if (shared.count(node) == 0) keys.insert(node->GetKey());
+    return keys;
+}
+
+std::vector<int> Keys(IntTree const& tree) {
+    std::vector<int> keys;
+    cow_BtreeIterator<int, int> it(tree);
+    for (it.First(); !it.IsDone(); it.Next()) keys.push_back(it.CurrentKey());
+    return keys;
+}
+
+IntTree Seven() {
+    IntTree tree;
+    for (int key : {4, 2, 6, 1, 3, 5, 7}) tree.InsertUnlessMember(key, key * 10);
+    return tree;
+}
+
+TEST(BtreeSharing, CopyCostsOneHandleAndOneCount) {
+    IntTree a = Seven();
+    IntNode const* top = a.GetRoot()->ConstGet();
+    AllocationScope scope;
+    IntTree b(a);
+    EXPECT_EQ(scope.News(), 1u) << "one handle, no node";
+    EXPECT_NE(b.GetRoot(), a.GetRoot()) << "each tree owns its root handle";
+    EXPECT_EQ(b.GetRoot()->ConstGet(), top);
+    EXPECT_EQ(a.GetRoot()->GetShareCount(), 2);
+    EXPECT_EQ(b.GetCount(), 7);
+
+    IntTree* c = b.Copy();
+    EXPECT_EQ(c->GetRoot()->ConstGet(), top);
+    EXPECT_EQ(a.GetRoot()->GetShareCount(), 3);
+    delete c;
+    EXPECT_EQ(a.GetRoot()->GetShareCount(), 2);
+}
+
+TEST(BtreeSharing, InsertIntoACopyCopiesExactlyItsPath) {
+    IntTree a = Seven();
+    ASSERT_EQ(a.GetRoot()->ConstGet()->GetKey(), 4);
+    std::vector<IntNode const*> const before = Nodes(a);
+    IntTree b = a;
+
+    AllocationScope scope;
+    EXPECT_TRUE(b.InsertUnlessMember(8, 80));
+    // Nodes 4, 6 and 7 copied (node and counter each, plus new handles for
+    // the four children of 4 and 6), and the new leaf (handle, node, counter).
+    EXPECT_EQ(scope.News(), 13u);
+    EXPECT_EQ(scope.Deletes(), 0u);
+    EXPECT_EQ(PrivateKeys(b, a), (std::set<int>{4, 6, 7, 8}));
+
+    EXPECT_EQ(Nodes(a), before) << "the source keeps every node";
+    EXPECT_EQ(Keys(a), (std::vector<int>{1, 2, 3, 4, 5, 6, 7}));
+    EXPECT_EQ(a.GetCount(), 7);
+    EXPECT_EQ(Keys(b), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8}));
+    EXPECT_EQ(a.GetRoot()->GetShareCount(), 1);
+    EXPECT_EQ(b.GetRoot()->GetShareCount(), 1);
+    // Off the path, each node is named from both trees.
+    EXPECT_EQ(b.GetRoot()->ConstGet()->GetLeft()->GetShareCount(), 2);
+    EXPECT_EQ(a.GetRoot()->ConstGet()->GetRight()->ConstGet()->GetLeft()->GetShareCount(), 2);
+
+    // A present key still makes its path private, and adds nothing.
+    IntTree c = a;
+    EXPECT_FALSE(c.InsertUnlessMember(1, 11));
+    EXPECT_EQ(PrivateKeys(c, a), (std::set<int>{4, 2, 1}));
+    EXPECT_EQ(c.ConstGet(1), 10);
+    EXPECT_EQ(c.GetCount(), 7);
+}
+
+TEST(BtreeSharing, WriteAccessUnsharesEvenWhenTheKeyIsMissing) {
+    IntTree a = Seven();
+    IntTree b = a;
+    EXPECT_EQ(b.Get(0), nullptr);
+    EXPECT_EQ(PrivateKeys(b, a), (std::set<int>{4, 2, 1}));
+
+    int* value = b.Get(5);
+    ASSERT_NE(value, nullptr);
+    *value = 555;
+    EXPECT_EQ(b.ConstGet(5), 555);
+    EXPECT_EQ(a.ConstGet(5), 50);
+
+    // The other tree is now the last holder of its old path: its own write
+    // access finds counts of 1 and copies nothing.
+    std::vector<IntNode const*> const before = Nodes(a);
+    AllocationScope scope;
+    *a.Get(5) = 5;
+    *a.Get(0 + 1) = 1;
+    EXPECT_EQ(scope.News(), 0u);
+    EXPECT_EQ(Nodes(a), before);
+    EXPECT_EQ(b.ConstGet(1), 10);
+}
+
+TEST(BtreeSharing, ReadsChangeNoCount) {
+    IntTree a = Seven();
+    IntTree b = a;
+    std::vector<int> counts;
+    for (IntNode const* node : Nodes(a)) {
+        if (node->GetLeft()) counts.push_back(node->GetLeft()->GetShareCount());
+        if (node->GetRight()) counts.push_back(node->GetRight()->GetShareCount());
+    }
+    AllocationScope scope;
+    for (int key = 0; key <= 8; ++key) {
+        EXPECT_EQ(b.IsMember(key), key >= 1 && key <= 7);
+        EXPECT_EQ(b.ConstGet(key), key >= 1 && key <= 7 ? key * 10 : 0);
+    }
+    EXPECT_EQ(scope.News(), 0u);
+    std::vector<int> after;
+    for (IntNode const* node : Nodes(a)) {
+        if (node->GetLeft()) after.push_back(node->GetLeft()->GetShareCount());
+        if (node->GetRight()) after.push_back(node->GetRight()->GetShareCount());
+    }
+    EXPECT_EQ(after, counts);
+    EXPECT_EQ(a.GetRoot()->GetShareCount(), 2);
+    EXPECT_EQ(b.GetRoot()->ConstGet(), a.GetRoot()->ConstGet());
+}
+
+TEST(BtreeSharing, RemoveFromACopyLeavesTheOtherTree) {
+    IntTree a = Seven();
+    std::vector<IntNode const*> const before = Nodes(a);
+    IntTree b = a;
+    EXPECT_FALSE(b.Remove(9)) << "absent key";
+    EXPECT_EQ(PrivateKeys(b, a), (std::set<int>{4, 6, 7}));
+    EXPECT_EQ(b.GetCount(), 7);
+
+    for (int key : {4, 2, 6}) EXPECT_TRUE(b.Remove(key));
+    EXPECT_EQ(Keys(b), (std::vector<int>{1, 3, 5, 7}));
+    EXPECT_EQ(b.GetCount(), 4);
+    EXPECT_EQ(Nodes(a), before);
+    EXPECT_EQ(Keys(a), (std::vector<int>{1, 2, 3, 4, 5, 6, 7}));
+    for (int key = 1; key <= 7; ++key) EXPECT_EQ(a.ConstGet(key), key * 10);
+}
+
+TEST(BtreeSharing, AssignmentInItsThreeCasesReleasesWhatNoOneHolds) {
+    Tracked::live = 0;
+    {
+        cow_Btree<int, Tracked> filled;
+        for (int key = 0; key < 10; ++key) filled.InsertUnlessMember(key, Tracked(key));
+        int const withDefault = 1;
+        EXPECT_EQ(Tracked::live, 10 + withDefault);
+
+        filled = filled;
+        EXPECT_EQ(filled.GetCount(), 10);
+        EXPECT_EQ(filled.GetRoot()->GetShareCount(), 1);
+
+        // Empty into filled: the old nodes go, since nothing else holds them.
+        cow_Btree<int, Tracked> empty;
+        cow_Btree<int, Tracked> other = filled;
+        filled = empty;
+        EXPECT_EQ(filled.GetCount(), 0);
+        EXPECT_EQ(filled.GetRoot(), nullptr);
+        EXPECT_EQ(Tracked::live, 10 + 3) << "the copy still holds the nodes";
+        other = empty;
+        EXPECT_EQ(Tracked::live, 3);
+
+        // Filled into empty, then a write to either side.
+        cow_Btree<int, Tracked> source;
+        source.InsertUnlessMember(1, Tracked(1));
+        source.InsertUnlessMember(2, Tracked(2));
+        filled = source;
+        EXPECT_EQ(filled.GetRoot()->ConstGet(), source.GetRoot()->ConstGet());
+        filled.Get(2)->value = 20;
+        source.InsertUnlessMember(3, Tracked(3));
+        EXPECT_EQ(source.ConstGet(2).value, 2);
+        EXPECT_EQ(filled.ConstGet(2).value, 20);
+        EXPECT_FALSE(filled.IsMember(3));
+
+        // Both filled, and already sharing one root: no harm.
+        other = source;
+        cow_Btree<int, Tracked> third = source;
+        other = third;
+        EXPECT_EQ(source.GetRoot()->GetShareCount(), 3);
+        EXPECT_EQ(other.GetRoot()->ConstGet(), source.GetRoot()->ConstGet());
+        // Both filled, different roots: the old nodes of the target go.
+        int const liveBefore = Tracked::live;
+        third = filled;
+        EXPECT_EQ(Tracked::live, liveBefore);
+        other = filled;
+        source = filled;
+        EXPECT_LT(Tracked::live, liveBefore) << "the last holder released its nodes";
+        EXPECT_EQ(source.ConstGet(2).value, 20);
+    }
+    EXPECT_EQ(Tracked::live, 0);
+}
+
+TEST(BtreeSharing, AbsentKeysReadTheDefaultValueWhichNoWriteChanges) {
+    cow_Btree<cow_String, cow_String> tree;
+    cow_String const& absent = tree.ConstGet(cow_String("none"));
+    EXPECT_EQ(&absent, &tree.GetDefaultValue());
+    EXPECT_EQ(absent.GetHeader(), nullptr);
+    tree.InsertUnlessMember(cow_String("k"), cow_String("v"));
+    tree.Remove(cow_String("k"));
+    tree.Remove(cow_String("k"));
+    EXPECT_EQ(tree.GetDefaultValue().GetHeader(), nullptr);
+    cow_Btree<cow_String, cow_String> copy = tree;
+    EXPECT_EQ(copy.ConstGet(cow_String("k")).GetLength(), 0);
+}
+
+TEST(BtreeSharing, TreesOfTreesShareAtBothLevels) {
+    using Inner = cow_Btree<int, int>;
+    cow_Btree<cow_String, Inner> outer;
+    Inner inner;
+    for (int key = 0; key < 100; ++key) inner.InsertUnlessMember(key, key);
+    outer.InsertUnlessMember(cow_String("a"), inner);
+    outer.InsertUnlessMember(cow_String("b"), inner);
+    EXPECT_EQ(inner.GetRoot()->GetShareCount(), 3);
+
+    cow_Btree<cow_String, Inner> copy = outer;
+    Inner* written = copy.Get(cow_String("a"));
+    ASSERT_NE(written, nullptr);
+    EXPECT_EQ(inner.GetRoot()->GetShareCount(), 4) << "the copied outer node shares the inner tree";
+    written->Remove(50);
+
+    EXPECT_FALSE(copy.ConstGet(cow_String("a")).IsMember(50));
+    EXPECT_TRUE(outer.ConstGet(cow_String("a")).IsMember(50));
+    EXPECT_TRUE(copy.ConstGet(cow_String("b")).IsMember(50));
+    EXPECT_TRUE(inner.IsMember(50));
+    EXPECT_EQ(copy.ConstGet(cow_String("a")).GetCount(), 99);
+    EXPECT_EQ(copy.ConstGet(cow_String("zz")).GetCount(), 0);
+}
+
+}  // namespace
