@@ -5,6 +5,7 @@
 // what stayed shared and what was copied, with the counts.
 
 #include <cstdio>
+#include <set>
 
 #include "zorvancow/zorvancow.h"
 #include "zorvanmem/mem_Heap.h"
@@ -64,6 +65,39 @@ void TourStrings() {
     atr_setNaturalOrder(0);
 }
 
+// Node addresses of a tree, found through the iterator: each node holds its
+// value, so the value's address names the node.
+std::set<void const*> NodesOf(cow_Btree<int, int> const& tree) {
+    std::set<void const*> nodes;
+    cow_BtreeIterator<int, int> it(tree);
+    for (it.First(); !it.IsDone(); it.Next()) nodes.insert(&it.CurrentValue());
+    return nodes;
+}
+
+void TourTree() {
+    Title("ordered tree");
+    cow_Btree<int, int> prices;
+    for (int key = 1; key <= 1000; ++key) prices.InsertUnlessMember(key, key * 3);
+    std::printf("1000 keys inserted in ascending order: root key %d, root depth %d\n",
+                prices.GetRoot()->ConstGet()->GetKey(), prices.GetRoot()->ConstGet()->GetMaxDepth());
+
+    cow_Btree<int, int> draft = prices;
+    std::printf("copy made: one root node shared by %d trees\n", prices.GetRoot()->GetShareCount());
+
+    draft.InsertUnlessMember(1001, 3003);
+    std::set<void const*> const original = NodesOf(prices);
+    int copied = -1, shared = 0;  // the new node is not a copy
+    for (void const* node : NodesOf(draft)) (original.count(node) != 0 ? shared : copied)++;
+    std::printf("one key inserted into the copy: %d nodes copied along its path, 1 new, %d still shared\n",
+                copied, shared);
+    std::printf("the source still has %d keys and no key 1001 (%s); the copy has %d\n",
+                prices.GetCount(), prices.IsMember(1001) ? "wrong" : "right", draft.GetCount());
+
+    *draft.Get(500) = 0;
+    std::printf("key 500 changed in the copy: copy reads %d, source reads %d\n", draft.ConstGet(500),
+                prices.ConstGet(500));
+}
+
 }  // namespace
 
 int main() {
@@ -73,6 +107,7 @@ int main() {
 
     TourHandles();
     TourStrings();
+    TourTree();
 
     cow_finalize(started);
     std::printf("\nlibrary stopped (caller's counter %d); heap blocks still live: %ld\n", started,
