@@ -65,6 +65,32 @@ void TourStrings() {
     atr_setNaturalOrder(0);
 }
 
+void TourArrays() {
+    Title("blocked arrays");
+    cow_1DArray<int> original;
+    for (int i = 0; i < 40; ++i) original.Get(i) = i;
+    std::printf("40 elements in blocks of %d: %d table slots, %d in use\n", 1 << original.GetShift(),
+                original.GetCapacity(), (original.GetSize() + (1 << original.GetShift()) - 1) >> original.GetShift());
+    cow_1DArray<int> copy = original;
+    std::printf("copy made: one table shared by %d arrays\n", original.GetTableShareCount());
+
+    copy.Get(20) = -20;
+    std::printf("after copy.Get(20) = -20: tables shared by %d and %d arrays\n",
+                original.GetTableShareCount(), copy.GetTableShareCount());
+    for (int slot = 0; slot < 3; ++slot) {
+        bool shared = original.GetBlock(slot) == copy.GetBlock(slot);
+        std::printf("  block %d: %s (held by %d table%s)\n", slot, shared ? "still shared" : "now private",
+                    original.GetBlockCount(slot), original.GetBlockCount(slot) == 1 ? "" : "s");
+    }
+    std::printf("original reads %d, copy reads %d\n", original.PartialArrayConstGet(20),
+                copy.PartialArrayConstGet(20));
+
+    cow_1DArrayIter<int> walk(copy);
+    long sum = 0;
+    for (; walk.GetPosition() < copy.GetEndPosition(); walk.Next()) sum += walk.ConstGet();
+    std::printf("an iterator walks a snapshot of the copy: sum %ld\n", sum);
+}
+
 // Node addresses of a tree, found through the iterator: each node holds its
 // value, so the value's address names the node.
 std::set<void const*> NodesOf(cow_Btree<int, int> const& tree) {
@@ -107,6 +133,7 @@ int main() {
 
     TourHandles();
     TourStrings();
+    TourArrays();
     TourTree();
 
     cow_finalize(started);

@@ -6,6 +6,7 @@
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/tree/cow_Btree.h"
 
 #endif
