@@ -1,5 +1,6 @@
-// The tree pairs the library holds: nodes, handles on nodes, trees and
-// iterators for each key/value pair announced in cow_Btree.h.
+// The tree pairs the library holds (nodes, handles on nodes, trees and
+// iterators for each key/value pair announced in cow_Btree.h), and the
+// containers that hold trees as elements.
 
 #include "zorvancow/tree/cow_Btree.h"
 
@@ -16,3 +17,8 @@ ZORVANCOW_INSTANTIATE_BTREE(cow_String, unsigned int);
 ZORVANCOW_INSTANTIATE_BTREE(cow_String, float);
 ZORVANCOW_INSTANTIATE_BTREE(cow_String, cow_String);
 ZORVANCOW_INSTANTIATE_BTREE(cow_String, cow_Btree<int, int>);
+ZORVANCOW_INSTANTIATE_BTREE(cow_String, cow_1DArray<cow_String>);
+
+template class cow_1DArrayBlock<cow_Btree<int, int>>;
+template class cow_1DArray<cow_Btree<int, int>>;
+template class cow_1DArrayIter<cow_Btree<int, int>>;

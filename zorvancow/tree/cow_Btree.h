@@ -25,6 +25,7 @@
 
 #include <cstdint>
 
+#include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -615,7 +616,13 @@ ZORVANCOW_EXTERN_BTREE(cow_String, unsigned int);
 ZORVANCOW_EXTERN_BTREE(cow_String, float);
 ZORVANCOW_EXTERN_BTREE(cow_String, cow_String);
 ZORVANCOW_EXTERN_BTREE(cow_String, cow_Btree<int, int>);
+ZORVANCOW_EXTERN_BTREE(cow_String, cow_1DArray<cow_String>);
 
 #undef ZORVANCOW_EXTERN_BTREE
+
+// Blocked arrays of trees: each element a whole tree, copied by sharing.
+extern template class ZORVANCOW_API cow_1DArrayBlock<cow_Btree<int, int>>;
+extern template class ZORVANCOW_API cow_1DArray<cow_Btree<int, int>>;
+extern template class ZORVANCOW_API cow_1DArrayIter<cow_Btree<int, int>>;
 
 #endif
