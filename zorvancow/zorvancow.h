@@ -7,5 +7,7 @@
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/cow_List.h"
 
 #endif
