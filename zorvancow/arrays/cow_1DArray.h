@@ -221,8 +221,9 @@ private:
     int BlockEnd() const {
         return static_cast<int>((static_cast<std::int64_t>(end) + (std::int64_t{1} << shift) - 1) >> shift);
     }
-    // Gives up this array's hold on the table, freeing it when last.
-    void ReleaseTable();
+    // Gives up this array's hold on the table, freeing it when last. An
+    // internal step, kept out of the library's interface.
+    __attribute__((visibility("hidden"))) void ReleaseTable();
     // Lowers a block's count, destroying it at 0; true when destroyed.
     static bool ReleaseBlock(Block* block) {
         if (!block->Decrement()) return false;

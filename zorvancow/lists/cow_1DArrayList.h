@@ -21,6 +21,7 @@
 // No index is checked, and counts are plain integers: even a search copies
 // the array handle, so lists that share storage belong to one thread at a time.
 
+#include <algorithm>
 #include <cstdint>
 
 #include "zorvancow/arrays/cow_1DArray.h"
@@ -67,9 +68,11 @@ struct cow_ListAlgorithms {
             int const position = it.GetPosition();
             int run = it.GetBlockLength() - offset;
             if (run > stop - position) run = stop - position;
-            for (int k = 0; k < run; ++k) {
-                if (cow_Element<T>::Equal(data[offset + k], value)) return position + k - start;
-            }
+            T const* first = data + offset;
+            T const* found = std::find_if(first, first + run, [&value](T const& element) {
+                return cow_Element<T>::Equal(element, value);
+            });
+            if (found != first + run) return position + static_cast<int>(found - first) - start;
             it.NextBlock();
         }
         return -1;
