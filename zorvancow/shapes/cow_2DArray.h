@@ -14,6 +14,8 @@
 // Indices are not checked: 0 <= r < GetRows() and 0 <= c < GetColumns() are
 // the caller's duty.
 
+#include <algorithm>
+
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -57,10 +59,10 @@ private:
     static T* Allocate(int rows, int columns) {
         return rows != 0 && columns != 0 ? new T[rows * columns] : nullptr;
     }
-    // Row by row, each row from column 0 up: one pass along memory.
+    // Row by row, each row from column 0 up: one pass along memory, and for
+    // numbers one block move.
     void CopyElements(cow_2DArrayRep const& source) {
-        int const count = rows * columns;
-        for (int i = 0; i < count; ++i) data[i] = source.data[i];
+        if (data != nullptr) std::copy(source.data, source.data + rows * columns, data);
     }
 };
 
