@@ -90,6 +90,23 @@ void TourArrays() {
     std::printf("an iterator walks a snapshot of the copy: sum %ld\n", sum);
 }
 
+void TourShapes() {
+    Title("fixed shapes and error texts");
+    cow_2DArray<int> board(3, 3, 0);
+    cow_2DArray<int> draft = board;
+    std::printf("a 3 x 3 matrix and its copy share one representation: %s, count %d\n",
+                board.GetRep() == draft.GetRep() ? "yes" : "no", board.GetShareCount());
+    draft.Get(1, 1) = 5;
+    std::printf("after one write to the copy: shared %s; counts %d and %d; centre %d and %d\n",
+                board.GetRep() == draft.GetRep() ? "yes" : "no", board.GetShareCount(),
+                draft.GetShareCount(), board.ConstGet(1, 1), draft.ConstGet(1, 1));
+
+    cow_SystemErrorCode refused(10061);
+    cow_SystemErrorCode missing = cow_SystemErrorCode::FromErrorNumber(2);
+    std::printf("socket code 10061: %s\n", refused.GetText().GetCString());
+    std::printf("C error number 2: %s\n", missing.GetText().GetCString());
+}
+
 }  // namespace
 
 int main() {
@@ -100,6 +117,7 @@ int main() {
     TourHandles();
     TourStrings();
     TourArrays();
+    TourShapes();
 
     cow_finalize(started);
     std::printf("\nlibrary stopped (caller's counter %d); heap blocks still live: %ld\n", started,
