@@ -10,5 +10,6 @@
 #include "zorvancow/errors/cow_SystemErrorCode.h"
 #include "zorvancow/shapes/cow_2DArray.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvancow/tables/omi_IntTable.h"
 
 #endif
