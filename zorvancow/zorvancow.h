@@ -9,5 +9,9 @@
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
+#include "zorvancow/errors/cow_SystemErrorCode.h"
+#include "zorvancow/shapes/cow_2DArray.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvancow/tables/omi_IntTable.h"
 
 #endif
