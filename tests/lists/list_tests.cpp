@@ -11,6 +11,7 @@
 #include "support/AllocationCounter.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
 
 namespace {
 
@@ -475,6 +476,17 @@ TEST(List, ListsOfListsCopyOneLevelDown) {
         EXPECT_TRUE(rows.ConstGet(2).IsEqual(row));
         rowsCopy.RemoveFirst().RemoveLast();
         EXPECT_EQ(rowsCopy.GetCount(), 1);
+
+        // Fixed arrays as elements: copies share the representation, and a
+        // removal writes back the zero value, a fresh array of ten.
+        cow_FixedArray<int> fixed(3, 9);
+        cow_List<cow_FixedArray<int>> arrays;
+        arrays.Append(fixed).Append(fixed);
+        EXPECT_EQ(fixed.GetShareCount(), 3);
+        arrays.RemoveLast();
+        EXPECT_EQ(fixed.GetShareCount(), 2);
+        EXPECT_EQ(arrays.ConstGet(1).GetSize(), 10);
+        EXPECT_EQ(arrays.ConstGet(0).GetRep(), fixed.GetRep());
     }
     EXPECT_EQ(mem_GetLiveBlocks(), blocksBefore);
 }
