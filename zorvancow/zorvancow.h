@@ -6,5 +6,6 @@
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/map/cow_Map.h"
 
 #endif
