@@ -5,6 +5,7 @@
 // what stayed shared and what was copied, with the counts.
 
 #include <cstdio>
+#include <vector>
 
 #include "zorvancow/zorvancow.h"
 #include "zorvanmem/mem_Heap.h"
@@ -64,6 +65,54 @@ void TourStrings() {
     atr_setNaturalOrder(0);
 }
 
+// Counts the nodes under `link` and how many of them `other` reaches too.
+template <class Node>
+void CountNodes(cow_COW<Node> const& link, cow_COW<Node> const& other, int& total, int& shared) {
+    Node const* node = link.ConstGet();
+    if (node == nullptr) return;
+    ++total;
+    std::vector<Node const*> stack{other.ConstGet()};
+    while (!stack.empty()) {
+        Node const* candidate = stack.back();
+        stack.pop_back();
+        if (candidate == nullptr) continue;
+        if (candidate == node) {
+            ++shared;
+            break;
+        }
+        stack.push_back(candidate->child[0].ConstGet());
+        stack.push_back(candidate->child[1].ConstGet());
+    }
+    CountNodes(node->child[0], other, total, shared);
+    CountNodes(node->child[1], other, total, shared);
+}
+
+void TourMap() {
+    Title("digital map");
+    char const* names[] = {"ada", "bob", "cy", "dee", "eve", "fay", "gus", "hal", "ivy", "jo"};
+    cow_Map<cow_String, int> a;
+    for (int i = 0; i < 10; ++i) a.Insert(cow_String(names[i]), i);
+    cow_Map<cow_String, int> b = a;
+    std::printf("copy made: one root, count %d; %d keys each\n", a.GetRoot().GetShareCount(),
+                b.GetCount());
+
+    cow_String const added("kim");
+    b.Insert(added, 10);
+    int total = 0, shared = 0;
+    CountNodes(b.GetRoot(), a.GetRoot(), total, shared);
+    std::printf("\"kim\" inserted into the copy at depth %d: the copy has %d nodes, %d shared with\n"
+                "the original, %d copied on the path and 1 new; the original still has %d keys\n",
+                b.GetDepth(added), total, shared, total - shared - 1, a.GetCount());
+
+    std::printf("keys of the copy in walk order:");
+    cow_ConstMapIterator<cow_String, int> walk(b);
+    for (walk.First(); !walk.IsDone(); walk.Next()) std::printf(" %s", walk.CurrentKey().GetCString());
+    std::printf("\nand sorted by bytes:");
+    cow_ConstMapSortedIt<cow_String, int> sorted(b);
+    for (sorted.First(); !sorted.IsDone(); sorted.Next()) std::printf(" %s", sorted.CurrentKey().GetCString());
+    std::printf("\n");
+}
+
 }  // namespace
 
 int main() {
@@ -73,6 +122,7 @@ int main() {
 
     TourHandles();
     TourStrings();
+    TourMap();
 
     cow_finalize(started);
     std::printf("\nlibrary stopped (caller's counter %d); heap blocks still live: %ld\n", started,
