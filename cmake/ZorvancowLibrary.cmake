@@ -1,3 +1,5 @@
+include(GNUInstallDirs)
+
 # zorvan_add_library(<name> SOURCES ... [LINKS ...])
 # One shared library of this tree: hidden symbols by default, its include
 # directory at the repository root or under platform/, and the alias
@@ -8,11 +10,14 @@ function(zorvan_add_library name)
   add_library(Zorvancow::${name} ALIAS ${name})
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${ARG_INCLUDE_DIR}>
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform>)
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/platform>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   if(ARG_LINKS)
     target_link_libraries(${name} PUBLIC ${ARG_LINKS})
   endif()
   # Calls inside the library bind to the library's own definitions.
   target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions -Wl,--no-undefined)
   target_compile_options(${name} PRIVATE -fno-semantic-interposition)
+  install(TARGETS ${name} EXPORT ZorvancowTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 endfunction()
