@@ -6,6 +6,10 @@
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/errors/cow_SystemErrorCode.h"
+#include "zorvancow/shapes/cow_2DArray.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvancow/map/cow_Map.h"
 
 #endif

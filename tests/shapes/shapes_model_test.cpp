@@ -1,0 +1,128 @@
+// Random operations on fixed arrays and matrices that share through copies,
+// each value checked against a standard-library model after every step: a
+// write to one value never shows in another, every representation is counted
+// by exactly the values that hold it, and every text by the elements that
+// hold it.
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "zorvancow/shapes/cow_2DArray.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvanmem/mem_Heap.h"
+#include "zorvanstr/atr_String.h"
+
+namespace {
+
+struct MatrixModel {
+    int rows, columns;
+    std::vector<int> cells;
+};
+
+template <class Value>
+void ExpectCountsMatchHolders(std::vector<Value> const& values) {
+    std::map<void const*, int> holders;
+    for (Value const& value : values) ++holders[value.GetRep()];
+    for (Value const& value : values) ASSERT_EQ(value.GetShareCount(), holders[value.GetRep()]);
+}
+
+TEST(ShapesModel, RandomSharingAgainstStandardModels) {
+    long const textsAtStart = atr_GetLiveTexts();
+    long const blocksAtStart = mem_GetLiveBlocks();
+    {
+        std::mt19937 random(20261123);
+        auto below = [&random](std::size_t n) { return static_cast<int>(random() % n); };
+        std::vector<std::string> const words = {"", "alpha", "beta", "gamma"};
+        std::vector<cow_String> pool;
+        for (std::string const& word : words) pool.emplace_back(word.c_str());
+
+        std::vector<cow_FixedArray<cow_String>> arrays(5, cow_FixedArray<cow_String>(3, pool[1]));
+        std::vector<std::vector<std::string>> arrayModels(5, std::vector<std::string>(3, words[1]));
+        std::vector<cow_2DArray<int>> matrices(4, cow_2DArray<int>(2, 3, 0));
+        std::vector<MatrixModel> matrixModels(4, MatrixModel{2, 3, std::vector<int>(6, 0)});
+
+        for (int step = 0; step < 20000; ++step) {
+            int const a = below(5), b = below(5), m = below(4), n = below(4), w = below(words.size());
+            std::vector<std::string>& model = arrayModels[a];
+            MatrixModel& matrixModel = matrixModels[m];
+            switch (below(8)) {
+                case 0:
+                    arrays[a] = arrays[b];
+                    model = arrayModels[b];
+                    break;
+                case 1:
+                case 2:
+                    if (model.empty()) break;
+                    {
+                        int const i = below(model.size());
+                        arrays[a].Get(i) = pool[w];
+                        model[i] = words[w];
+                    }
+                    break;
+                case 3: {
+                    int const length = below(6);
+                    arrays[a] = cow_FixedArray<cow_String>(length, pool[w]);
+                    model.assign(length, words[w]);
+                    break;
+                }
+                case 4:
+                    ASSERT_EQ(arrays[a] == arrays[b], model == arrayModels[b]) << step;
+                    ASSERT_EQ(arrays[a] != arrays[b], model != arrayModels[b]) << step;
+                    break;
+                case 5:
+                    matrices[m] = matrices[n];
+                    matrixModel = matrixModels[n];
+                    break;
+                case 6:
+                    if (matrixModel.cells.empty()) break;
+                    {
+                        int const r = below(matrixModel.rows), c = below(matrixModel.columns), value = below(1000);
+                        matrices[m].Get(r, c) = value;
+                        matrixModel.cells[r * matrixModel.columns + c] = value;
+                    }
+                    break;
+                case 7: {
+                    int const rows = below(4), columns = below(4), value = below(1000);
+                    matrices[m] = cow_2DArray<int>(rows, columns, value);
+                    matrixModel = MatrixModel{rows, columns, std::vector<int>(rows * columns, value)};
+                    break;
+                }
+            }
+
+            for (std::size_t v = 0; v < arrays.size(); ++v) {
+                ASSERT_EQ(arrays[v].GetSize(), static_cast<int>(arrayModels[v].size())) << step;
+                for (int i = 0; i < arrays[v].GetSize(); ++i)
+                    ASSERT_EQ(arrays[v].ConstGet(i).GetCString(), arrayModels[v][i]) << step;
+            }
+            for (std::size_t v = 0; v < matrices.size(); ++v) {
+                ASSERT_EQ(matrices[v].GetRows(), matrixModels[v].rows) << step;
+                ASSERT_EQ(matrices[v].GetColumns(), matrixModels[v].columns) << step;
+                for (int r = 0; r < matrixModels[v].rows; ++r)
+                    for (int c = 0; c < matrixModels[v].columns; ++c)
+                        ASSERT_EQ(matrices[v].ConstGet(r, c), matrixModels[v].cells[r * matrixModels[v].columns + c])
+                            << step;
+            }
+            ExpectCountsMatchHolders(arrays);
+            ExpectCountsMatchHolders(matrices);
+
+            // Each pool text: the pool's own count plus one per element of
+            // each distinct representation.
+            std::map<void const*, bool> seen;
+            std::map<atr_StringHeader const*, int> elements;
+            for (cow_FixedArray<cow_String> const& array : arrays) {
+                if (seen[array.GetRep()]) continue;
+                seen[array.GetRep()] = true;
+                for (int i = 0; i < array.GetSize(); ++i) ++elements[array.ConstGet(i).GetHeader()];
+            }
+            for (cow_String const& text : pool) ASSERT_EQ(text.GetShareCount(), 1 + elements[text.GetHeader()]);
+        }
+    }
+    EXPECT_EQ(atr_GetLiveTexts(), textsAtStart);
+    EXPECT_EQ(mem_GetLiveBlocks(), blocksAtStart);
+}
+
+}  // namespace

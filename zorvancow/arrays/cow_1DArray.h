@@ -1,0 +1,604 @@
+#ifndef ZORVANCOW_ARRAYS_COW_1DARRAY_H
+#define ZORVANCOW_ARRAYS_COW_1DARRAY_H
+
+// The blocked array: the storage under every list of the library.
+//
+// Elements live in equal blocks of 1 << shift elements, reached through a
+// table of block pointers. Sharing happens at two levels: arrays share a
+// table (one count on the table), and tables share blocks (one count in each
+// block, counting tables, not arrays). Copying an array is one increment. The
+// first write through a copy duplicates the table (pointers only), and then
+// each block at the moment it is first written; the rest stays shared. A slot
+// that was never touched holds no block at all and reads as default elements.
+//
+// Positions are absolute: element i (counted from the first element) lies at
+// position head + i, in slot position >> shift. The size is end - head. There
+// are no bound checks; each operation states what the caller must keep.
+//
+// Tables live in mem_Malloc storage (the only storage that is ever resized);
+// blocks, element storage and counters come from the global operator new.
+//
+// Counts are plain integers, and even a const read may create a block in a
+// shared table: arrays that share storage belong to one thread at a time.
+
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+#include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Export.h"
+#include "zorvancow/core/cow_String.h"
+#include "zorvanmem/mem_Heap.h"
+
+// How the containers treat one element type: how a run of elements is made
+// and copied, what its zero value is and when two elements are equal. Every
+// block, array and list goes through this one place, so a new element type
+// needs no new container code as long as it has a default constructor (its
+// zero value) and an assignment (its copy).
+//
+// - Plain numbers and bool: storage is zero-filled bytes and runs copy by
+//   bytes. Equality is the type's own ==, so for float and double a NaN
+//   equals nothing, itself included, and -0.0 equals +0.0.
+// - Strings: default elements have no header; a copy shares the text.
+//   Equality is byte equality, never the natural order.
+// - Containers (nested lists, trees, fixed arrays): default elements are
+//   empty containers; a copy raises counts one level down. Equality is the
+//   element's IsEqual where it has one, else its ==.
+template <class T>
+struct cow_Element {
+    // True for the element types that live as plain bytes.
+    static constexpr bool plain = std::is_trivially_copyable<T>::value;
+
+    // Storage for n elements from array new: zero bytes for plain types,
+    // default-constructed elements otherwise.
+    static T* NewRun(int n) {
+        T* run = new T[static_cast<std::size_t>(n)];
+        if constexpr (plain) std::memset(static_cast<void*>(run), 0, sizeof(T) * static_cast<std::size_t>(n));
+        return run;
+    }
+
+    // Copies n elements from src to dst, which already hold live elements.
+    static void CopyRun(T* dst, T const* src, int n) {
+        if constexpr (plain) {
+            if (n > 0) std::memcpy(static_cast<void*>(dst), static_cast<void const*>(src), sizeof(T) * static_cast<std::size_t>(n));
+        } else {
+            for (int i = 0; i < n; ++i) dst[i] = src[i];
+        }
+    }
+
+    // Writes the zero value over a slot, dropping what it referred to.
+    static void Clear(T& slot) { slot = T(); }
+
+    // Element equality of the searches and comparisons of the lists.
+    static bool Equal(T const& a, T const& b) {
+        if constexpr (std::is_base_of<atr_StringBase, T>::value) {
+            return cow_StringByteCompare(a, b) == 0;
+        } else if constexpr (HasIsEqual<T>::value) {
+            return a.IsEqual(b);
+        } else {
+            return a == b;
+        }
+    }
+
+private:
+    template <class U, class = void>
+    struct HasIsEqual : std::false_type {};
+    template <class U>
+    struct HasIsEqual<U, decltype(void(std::declval<U const&>().IsEqual(std::declval<U const&>())))>
+        : std::true_type {};
+};
+
+template <class T>
+class cow_1DArray;
+template <class T>
+class cow_1DArrayIter;
+
+// One block of a blocked array: a count of the tables that hold it (the
+// inherited cow_Counter, starting at 1) and storage for the elements. A block
+// does not know its length; every array holding it has the same shift and
+// passes the length in. Allocated and freed through cow_Counter's operators.
+template <class T>
+class cow_1DArrayBlock : public cow_Counter {
+public:
+    // A block of n default elements (zero bytes, empty strings or containers).
+    explicit cow_1DArrayBlock(int n);
+    // A block of n elements copied from src: containers and strings share
+    // their content through their own counts, nothing is copied deeply.
+    cow_1DArrayBlock(int n, T const* src);
+    // Destroys the elements and frees their storage.
+    ~cow_1DArrayBlock();
+
+    cow_1DArrayBlock(cow_1DArrayBlock const&) = delete;
+    cow_1DArrayBlock& operator=(cow_1DArrayBlock const&) = delete;
+
+    // Inspection: the element storage of the block.
+    T* GetData() const { return data; }
+
+private:
+    friend class cow_1DArray<T>;
+    friend class cow_1DArrayIter<T>;
+
+    T* data;
+};
+
+// A growable array in counted blocks, copy-on-write at table and block level,
+// growable at both ends. Built for the lists, which keep their own element
+// count and use the array's end as a high-water mark.
+// The class carries the export mark itself (not only its instantiation
+// list) because the int instantiation has a member of its own, IsEqual,
+// whose declaration already completes cow_1DArray<int> before its
+// instantiation is announced.
+template <class T>
+class ZORVANCOW_API cow_1DArray {
+public:
+    typedef cow_1DArrayBlock<T> Block;
+
+    // An empty array with no table: allocates its counter only. Its block
+    // length is fixed at the first growth (16 elements).
+    cow_1DArray();
+    // An array of size n with a table and no blocks: allocates a counter and
+    // a table of 16 slots, or for n from 256 on enough slots for 8 to 16
+    // blocks plus 16 free ones. The block length is chosen from n (see the
+    // table in the README); no element is created until it is touched.
+    explicit cow_1DArray(int n);
+    // Shares the other's table: one increment, no allocation.
+    cow_1DArray(cow_1DArray const& other);
+    // Leaves the table; the last array on it releases its blocks and frees it.
+    ~cow_1DArray();
+    // Leaves this table (releasing it when last), then shares the other's.
+    // Assigning an array to itself changes nothing.
+    cow_1DArray& operator=(cow_1DArray const& other);
+
+    // Write access to element i (0 or more), counted from the head. Always a
+    // write: it makes the table and the block of element i private (copying
+    // the table's pointers and that one block when shared) and creates the
+    // block if absent. With i at or past the size the array grows to i + 1;
+    // the slots skipped over stay empty.
+    T& Get(int i);
+    // Read access to element i, which must be below the size, on an array
+    // with a table. Copies nothing and changes no count, but creates an
+    // absent block (default content) in the table, shared or not.
+    T const& PartialArrayConstGet(int i) const;
+    // Sets the size to n counted from the head, making the table private
+    // first. Growing adds the missing slots plus 16 to the table. Grow(0)
+    // resets the array to the state of a default one, giving up this array's
+    // hold on every block. Shrinking (0 < n < size) keeps the table's
+    // capacity and lets go of every block wholly beyond the new end: its
+    // count falls (freeing it at 0) and its slot becomes empty, so a later
+    // growth starts from default elements there. Elements inside the new
+    // extent are untouched. Always returns true.
+    bool Grow(int n);
+    // Adds one element in front of the first and returns it (a default
+    // element). No element moves: when the head reaches position 0, the used
+    // slots move to the back of the table by their pointers, and the table
+    // grows by 17 slots only when it has no free slot.
+    T& GetHead();
+    // Drops the first element position; end stays. When the head leaves a
+    // block that block is released. Needs a private table, a private first
+    // block and a non-empty array (the list's RemoveFirst writes element 0
+    // through Get first).
+    void RemoveHead();
+    // Loads n elements from src, one Get per block-length run. A sized array
+    // keeps its size; a shorter one grows only to the first index of the
+    // last run plus one. Needs head on a block boundary.
+    void SetFromArray(T const* src, int n);
+    // Element-wise equality (int arrays only): same size, and each pair of
+    // elements at one address or equal in value. Creates absent blocks of
+    // both arrays.
+    bool IsEqual(cow_1DArray const& other) const;
+
+    // Number of elements, end - head.
+    int GetSize() const { return end - head; }
+
+    // Inspection, read-only: the table's slot count, log2 of the block
+    // length, the absolute head and end positions, how many arrays share the
+    // table (iterators included) and the counter itself (equal counters mean
+    // a shared table), and the block in a slot (null when absent) with the
+    // number of tables that hold it (0 when absent).
+    int GetCapacity() const { return capacity; }
+    int GetShift() const { return shift; }
+    int GetHeadPosition() const { return head; }
+    int GetEndPosition() const { return end; }
+    int GetTableShareCount() const { return tableCounter->GetCount(); }
+    cow_Counter const* GetTableCounter() const { return tableCounter; }
+    Block const* GetBlock(int slot) const { return table[slot]; }
+    int GetBlockCount(int slot) const { return table[slot] != nullptr ? table[slot]->GetCount() : 0; }
+
+private:
+    friend class cow_1DArrayIter<T>;
+
+    // Write access to absolute position p on a private table: creates the
+    // block when absent, copies it when another table holds it too.
+    T& FullArrayGet(int p);
+    // Makes the table private: copies its pointers and counts the new table
+    // as one more holder of every block in use. No element is copied.
+    void CopyArray();
+
+    int BlockStart() const { return head >> shift; }
+    int BlockEnd() const { return (end + (1 << shift) - 1) >> shift; }
+    // Gives up this array's hold on the table, freeing it when last.
+    void ReleaseTable();
+    // Lowers a block's count, destroying it at 0; true when destroyed.
+    static bool ReleaseBlock(Block* block) {
+        if (!block->Decrement()) return false;
+        delete block;
+        return true;
+    }
+
+    std::int32_t capacity;
+    std::int32_t shift;
+    std::int32_t end;
+    std::int32_t head;
+    cow_Counter* tableCounter;
+    Block** table;
+};
+
+// Walks an array in position order over a snapshot: it holds its own copy of
+// the array (one more count on the table), so later writes to the source go
+// to private storage and the walk sees the array as it was. Per element a
+// step costs two increments and a compare; the table is read once per block.
+// The iterator never creates a block: at a slot that was never created (a
+// hole) GetBlockData() is null while the position is still below the limit.
+// The end of the walk is told by position, not by the block pointer, and is
+// the caller's to test (the list iterators do it).
+template <class T>
+class cow_1DArrayIter {
+public:
+    // Copies the array and stands on its first element. When the head's
+    // block is absent the whole walk counts as empty (limit 0).
+    explicit cow_1DArrayIter(cow_1DArray<T> const& source);
+    // Releases the iterator's copy of the array.
+    ~cow_1DArrayIter();
+
+    // Goes back to the first element.
+    cow_1DArrayIter& First();
+    // Moves on by one element; no guard past the end, it only counts on.
+    cow_1DArrayIter& Next();
+    // The same step as Next, with the step inside a block inline, so that a
+    // walk calls into the library only once per block.
+    cow_1DArrayIter& Advance() {
+        if (!StepInBlock()) Next();
+        return *this;
+    }
+
+    // The current element; valid while GetBlockData() is not null and the
+    // position is below the caller's stop.
+    T const& ConstGet() const { return blockData[offset]; }
+
+    // Inspection: the current block's storage (null at a hole or past the
+    // limit), the limit (the array's end when made, or 0), the block length,
+    // the absolute position and the offset in the block, and the snapshot.
+    T* GetBlockData() const { return blockData; }
+    int GetLimit() const { return limit; }
+    int GetBlockLength() const { return blockLength; }
+    int GetPosition() const { return position; }
+    int GetOffset() const { return offset; }
+    cow_1DArray<T> const& GetArray() const { return array; }
+
+    cow_1DArrayIter(cow_1DArrayIter const&) = default;
+    cow_1DArrayIter& operator=(cow_1DArrayIter const&) = default;
+
+protected:
+    // The within-block step, for the derived iterators' inline Next: true
+    // when the step stayed inside the block, false (nothing changed) when
+    // the caller must take the full Next.
+    bool StepInBlock() {
+        if (offset + 1 >= blockLength) return false;
+        ++position;
+        ++offset;
+        return true;
+    }
+
+    cow_1DArray<T> array;
+    T* blockData;
+    std::int32_t limit;
+    std::int32_t blockLength;
+    std::int32_t position;
+    std::int32_t offset;
+};
+
+// ---------------------------------------------------------------------------
+// Blocks
+
+template <class T>
+cow_1DArrayBlock<T>::cow_1DArrayBlock(int n) : data(cow_Element<T>::NewRun(n)) {}
+
+template <class T>
+cow_1DArrayBlock<T>::cow_1DArrayBlock(int n, T const* src) : data(cow_Element<T>::NewRun(n)) {
+    cow_Element<T>::CopyRun(data, src, n);
+}
+
+template <class T>
+cow_1DArrayBlock<T>::~cow_1DArrayBlock() {
+    delete[] data;
+}
+
+// ---------------------------------------------------------------------------
+// Construction, release, assignment, table unsharing
+
+template <class T>
+cow_1DArray<T>::cow_1DArray()
+    : capacity(0), shift(0), end(0), head(0), tableCounter(new cow_Counter), table(nullptr) {}
+
+template <class T>
+cow_1DArray<T>::cow_1DArray(int n)
+    : capacity(16), shift(4), end(n), head(0), tableCounter(new cow_Counter), table(nullptr) {
+    // The block length comes from the exponent of n as a float: blocks of
+    // 2^(exponent - 3) give 8 to 16 blocks for the whole array, and the
+    // table gets that many slots (read from the top mantissa bits, rounded
+    // up) plus 16 spare ones. Below 256 the blocks stay at 16 elements.
+    float asFloat = static_cast<float>(n);
+    std::int32_t bits;
+    std::memcpy(&bits, &asFloat, sizeof bits);
+    std::int32_t k = (bits >> 23) - 130;
+    if (k > 4) {
+        capacity += ((bits & 0x7fffff) + 0x8fffff) >> 20;
+        shift = k;
+    }
+    table = static_cast<Block**>(mem_Malloc(sizeof(Block*) * static_cast<std::size_t>(capacity)));
+    for (int s = 0; s < capacity; ++s) table[s] = nullptr;
+}
+
+template <class T>
+cow_1DArray<T>::cow_1DArray(cow_1DArray const& other)
+    : capacity(other.capacity),
+      shift(other.shift),
+      end(other.end),
+      head(other.head),
+      tableCounter(other.tableCounter),
+      table(other.table) {
+    tableCounter->Increment();
+}
+
+template <class T>
+cow_1DArray<T>::~cow_1DArray() {
+    ReleaseTable();
+}
+
+template <class T>
+void cow_1DArray<T>::ReleaseTable() {
+    if (!tableCounter->Decrement()) return;
+    for (int s = BlockStart(), stop = BlockEnd(); s < stop; ++s) {
+        if (table[s] != nullptr) ReleaseBlock(table[s]);
+    }
+    mem_Free(table);
+    delete tableCounter;
+}
+
+template <class T>
+cow_1DArray<T>& cow_1DArray<T>::operator=(cow_1DArray const& other) {
+    if (&other == this) return *this;
+    ReleaseTable();
+    capacity = other.capacity;
+    shift = other.shift;
+    end = other.end;
+    head = other.head;
+    tableCounter = other.tableCounter;
+    tableCounter->Increment();
+    table = other.table;
+    return *this;
+}
+
+template <class T>
+void cow_1DArray<T>::CopyArray() {
+    if (tableCounter->GetCount() == 1) return;
+    tableCounter->Decrement();
+    tableCounter = new cow_Counter;
+    Block** shared = table;
+    table = nullptr;
+    if (capacity != 0) {
+        table = static_cast<Block**>(mem_Malloc(sizeof(Block*) * static_cast<std::size_t>(capacity)));
+        std::memcpy(static_cast<void*>(table), static_cast<void const*>(shared),
+                    sizeof(Block*) * static_cast<std::size_t>(capacity));
+    }
+    for (int s = BlockStart(), stop = BlockEnd(); s < stop; ++s) {
+        if (table[s] != nullptr) table[s]->Increment();
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Access and growth
+
+template <class T>
+T& cow_1DArray<T>::Get(int i) {
+    if (i >= end - head) {
+        // On a private table whose slots already reach the new end, growing
+        // is only a new end; everything else takes the whole of Grow.
+        int newEnd = head + i + 1;
+        if (end != 0 && tableCounter->GetCount() == 1 && ((newEnd + (1 << shift) - 1) >> shift) <= capacity) {
+            end = newEnd;
+        } else {
+            Grow(i + 1);
+        }
+    } else if (tableCounter->GetCount() != 1) {
+        CopyArray();
+    }
+    int p = head + i;
+    Block* block = table[p >> shift];
+    if (block != nullptr && block->GetCount() == 1) return block->data[p - ((p >> shift) << shift)];
+    return FullArrayGet(p);
+}
+
+template <class T>
+T& cow_1DArray<T>::FullArrayGet(int p) {
+    int s = p >> shift;
+    int o = p - (s << shift);
+    Block* block = table[s];
+    if (block == nullptr) {
+        block = new Block(1 << shift);
+        table[s] = block;
+    } else if (block->GetCount() > 1) {
+        block->Decrement();
+        block = new Block(1 << shift, block->data);
+        table[s] = block;
+    }
+    return block->data[o];
+}
+
+template <class T>
+T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
+    int p = head + i;
+    int s = p >> shift;
+    int o = p - (s << shift);
+    Block* block = table[s];
+    if (block == nullptr) {
+        // The slot stood for default elements; the new block holds exactly
+        // those, so no array on this table sees a change of value.
+        block = new Block(1 << shift);
+        table[s] = block;
+    }
+    return block->data[o];
+}
+
+template <class T>
+bool cow_1DArray<T>::Grow(int n) {
+    CopyArray();
+    int oldBlockEnd = BlockEnd();
+    int newCapacity = capacity;
+    if (n != 0) {
+        if (end == 0) shift = 4;
+        end = head + n;
+        int blockEnd = BlockEnd();
+        if (blockEnd > capacity) newCapacity = blockEnd + 16;
+        // Shrinking: the blocks wholly beyond the new end would otherwise
+        // sit in slots that neither the release nor the table copy visits.
+        // Let go of them now, so every block in the table stays counted.
+        int keep = blockEnd > BlockStart() ? blockEnd : BlockStart();
+        for (int s = keep; s < oldBlockEnd; ++s) {
+            if (table[s] != nullptr) {
+                ReleaseBlock(table[s]);
+                table[s] = nullptr;
+            }
+        }
+    } else {
+        shift = 0;
+        end = 0;
+        head = 0;
+        newCapacity = 0;
+    }
+    if (newCapacity > capacity) {
+        table = static_cast<Block**>(mem_Realloc(table, sizeof(Block*) * static_cast<std::size_t>(newCapacity)));
+        for (int s = capacity; s < newCapacity; ++s) table[s] = nullptr;
+    } else if (newCapacity < capacity) {
+        for (int s = 0; s < oldBlockEnd; ++s) {
+            if (table[s] != nullptr) ReleaseBlock(table[s]);
+        }
+        table = static_cast<Block**>(mem_Realloc(table, 0));
+    }
+    capacity = newCapacity;
+    return true;
+}
+
+template <class T>
+T& cow_1DArray<T>::GetHead() {
+    if (head != 0) {
+        --head;
+        if (tableCounter->GetCount() != 1) CopyArray();
+        Block* block = table[head >> shift];
+        if (block != nullptr && block->GetCount() == 1) return block->data[head - ((head >> shift) << shift)];
+        return FullArrayGet(head);
+    }
+    int b = BlockEnd();
+    if (b == capacity) {
+        Grow((b << shift) + 1);
+    } else {
+        CopyArray();
+        ++end;
+    }
+    // Move all free table space in front of the used slots, by pointer, so
+    // that the next (gap << shift) - 1 calls only step the head back.
+    int gap = capacity - b;
+    for (int j = b - 1; j >= 0; --j) table[j + gap] = table[j];
+    for (int j = 0, stop = gap < b ? gap : b; j < stop; ++j) table[j] = nullptr;
+    head = (gap << shift) - 1;
+    end += head;
+    return FullArrayGet(head);
+}
+
+template <class T>
+void cow_1DArray<T>::RemoveHead() {
+    int s = head >> shift;
+    ++head;
+    if ((head >> shift) > s && table[s] != nullptr) {
+        ReleaseBlock(table[s]);
+        table[s] = nullptr;
+    }
+}
+
+template <class T>
+void cow_1DArray<T>::SetFromArray(T const* src, int n) {
+    int run = 1 << shift;
+    for (int i = 0; i < n; i += run) {
+        if (run > n - i) run = n - i;
+        T* dst = &Get(i);
+        cow_Element<T>::CopyRun(dst, src + i, run);
+    }
+}
+
+// ---------------------------------------------------------------------------
+// Iterator
+
+template <class T>
+cow_1DArrayIter<T>::cow_1DArrayIter(cow_1DArray<T> const& source)
+    : array(source), blockData(nullptr), limit(source.end), blockLength(1 << source.shift), position(0), offset(0) {
+    if (array.end - array.head > 0 && array.table[array.head >> array.shift] == nullptr) limit = 0;
+    First();
+}
+
+template <class T>
+cow_1DArrayIter<T>::~cow_1DArrayIter() {}
+
+template <class T>
+cow_1DArrayIter<T>& cow_1DArrayIter<T>::First() {
+    position = array.head;
+    offset = position - ((position >> array.shift) << array.shift);
+    blockData = position < limit ? array.table[position >> array.shift]->data : nullptr;
+    return *this;
+}
+
+template <class T>
+cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
+    ++position;
+    if (++offset == blockLength) {
+        offset = 0;
+        if (position < limit) {
+            cow_1DArrayBlock<T> const* block = array.table[position >> array.shift];
+            blockData = block != nullptr ? block->data : nullptr;
+        } else {
+            blockData = nullptr;
+        }
+    }
+    return *this;
+}
+
+// The instantiations the library holds.
+extern template class ZORVANCOW_API cow_1DArrayBlock<int>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<unsigned int>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<float>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<double>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<bool>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<cow_String>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<atr_String>;
+
+// Element-wise equality exists for int arrays only.
+template <>
+bool cow_1DArray<int>::IsEqual(cow_1DArray<int> const& other) const;
+
+extern template class cow_1DArray<int>;
+extern template class ZORVANCOW_API cow_1DArray<unsigned int>;
+extern template class ZORVANCOW_API cow_1DArray<float>;
+extern template class ZORVANCOW_API cow_1DArray<double>;
+extern template class ZORVANCOW_API cow_1DArray<bool>;
+extern template class ZORVANCOW_API cow_1DArray<cow_String>;
+extern template class ZORVANCOW_API cow_1DArray<atr_String>;
+
+extern template class ZORVANCOW_API cow_1DArrayIter<int>;
+extern template class ZORVANCOW_API cow_1DArrayIter<unsigned int>;
+extern template class ZORVANCOW_API cow_1DArrayIter<float>;
+extern template class ZORVANCOW_API cow_1DArrayIter<double>;
+extern template class ZORVANCOW_API cow_1DArrayIter<bool>;
+extern template class ZORVANCOW_API cow_1DArrayIter<cow_String>;
+extern template class ZORVANCOW_API cow_1DArrayIter<atr_String>;
+
+#endif

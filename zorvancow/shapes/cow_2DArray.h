@@ -1,0 +1,159 @@
+#ifndef ZORVANCOW_SHAPES_COW_2DARRAY_H
+#define ZORVANCOW_SHAPES_COW_2DARRAY_H
+
+// A matrix whose shape is fixed when it is made, stored row by row in one
+// contiguous run behind a counted handle and shared or copied as a whole.
+//
+// Copying a cow_2DArray costs one count increment. The first write through a
+// copy whose representation is shared copies every element; later writes
+// through the same value copy nothing. String elements share their texts
+// with the elements they were copied from.
+//
+// Element (r, c) lies at data[r * columns + c], worked out in int: the
+// elements of a row are adjacent, and rows * columns must fit an int.
+// Indices are not checked: 0 <= r < GetRows() and 0 <= c < GetColumns() are
+// the caller's duty.
+
+#include <algorithm>
+
+#include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Export.h"
+#include "zorvancow/core/cow_String.h"
+
+// The representation a cow_2DArray points at: two extents and the elements in
+// row-major order. A plain owner with deep copies; the sharing lives in the
+// handle of cow_2DArray.
+//
+// New elements of int, float and double are left unset; string elements
+// start as empty values without a text.
+template <class T>
+struct cow_2DArrayRep {
+    // A rows x columns matrix, unset for numbers. A negative extent counts as
+    // 0. When either extent is 0 nothing is allocated and `data` is null;
+    // both extents are kept all the same.
+    cow_2DArrayRep(int rows, int columns);
+    // A deep copy: the same extents, a new allocation by the same rule, the
+    // elements assigned row by row (strings share their texts).
+    cow_2DArrayRep(cow_2DArrayRep const& source);
+    // Frees the elements, if any; string elements give up their texts.
+    ~cow_2DArrayRep();
+
+    // Frees its own elements and takes a deep copy of `source`, extents
+    // included, so a representation can change shape here and only here.
+    // Assigning a representation to itself changes nothing.
+    cow_2DArrayRep& operator=(cow_2DArrayRep const& source) {
+        if (&source == this) return *this;
+        delete[] data;
+        rows = source.rows;
+        columns = source.columns;
+        data = Allocate(rows, columns);
+        CopyElements(source);
+        return *this;
+    }
+
+    int rows;     // first extent
+    int columns;  // second extent, and the stride between rows
+    T* data;      // rows * columns elements from array new; null when either extent is 0
+
+private:
+    static T* Allocate(int rows, int columns) {
+        return rows != 0 && columns != 0 ? new T[rows * columns] : nullptr;
+    }
+    // Row by row, each row from column 0 up: one pass along memory, and for
+    // numbers one block move.
+    void CopyElements(cow_2DArrayRep const& source) {
+        if (data != nullptr) std::copy(source.data, source.data + rows * columns, data);
+    }
+};
+
+// A value matrix of fixed shape with copy-on-write sharing of the whole.
+//
+// Copy construction and assignment share the representation (one increment,
+// nothing allocated, no element touched); the last matrix on a
+// representation frees it.
+template <class T>
+class cow_2DArray {
+public:
+    // A rows x columns matrix with every element assigned `value`, row by
+    // row (strings share its text, one count per element). A negative extent
+    // counts as 0; with a 0 extent no element is allocated or written. Costs
+    // one representation, one counter and, unless empty, one element
+    // allocation.
+    cow_2DArray(int rows, int columns, T const& value);
+
+    int GetRows() const { return rep.ConstGet()->rows; }
+    int GetColumns() const { return rep.ConstGet()->columns; }
+    // Reads element (r, c). Touches no count.
+    T const& ConstGet(int r, int c) const {
+        cow_2DArrayRep<T> const* shared = rep.ConstGet();
+        return shared->data[r * shared->columns + c];
+    }
+    // Write access to element (r, c). When the representation is shared this
+    // first copies all elements for this matrix alone; the reference stays
+    // valid until this matrix is assigned or destroyed.
+    T& Get(int r, int c) {
+        cow_2DArrayRep<T>& own = rep.Get();
+        return own.data[r * own.columns + c];
+    }
+
+    // Inspection: the representation (to tell whether two matrices share it)
+    // and how many matrices share it.
+    cow_2DArrayRep<T> const* GetRep() const { return rep.ConstGet(); }
+    std::int32_t GetShareCount() const { return rep.GetShareCount(); }
+
+private:
+    cow_COW<cow_2DArrayRep<T>, cow_Direct<cow_2DArrayRep<T>>> rep;
+};
+
+template <class T>
+cow_2DArrayRep<T>::cow_2DArrayRep(int rows, int columns)
+    : rows(rows < 0 ? 0 : rows), columns(columns < 0 ? 0 : columns), data(Allocate(this->rows, this->columns)) {}
+
+template <class T>
+cow_2DArrayRep<T>::cow_2DArrayRep(cow_2DArrayRep const& source)
+    : rows(source.rows), columns(source.columns), data(Allocate(source.rows, source.columns)) {
+    CopyElements(source);
+}
+
+template <class T>
+cow_2DArrayRep<T>::~cow_2DArrayRep() {
+    delete[] data;
+}
+
+template <class T>
+cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value) : rep(new cow_2DArrayRep<T>(rows, columns)) {
+    // The handle is new and private, so Get copies nothing here.
+    cow_2DArrayRep<T>& fresh = rep.Get();
+    for (int r = 0; r < fresh.rows; ++r) {
+        for (int c = 0; c < fresh.columns; ++c) fresh.data[r * fresh.columns + c] = value;
+    }
+}
+
+// What the library holds: the handle members, and the members of the matrices
+// and representations defined outside their class bodies, member by member so
+// that the inline reads stay out of the exported interface.
+ZORVANCOW_EXTERN_COW(cow_2DArrayRep<int>);
+ZORVANCOW_EXTERN_COW(cow_2DArrayRep<float>);
+ZORVANCOW_EXTERN_COW(cow_2DArrayRep<double>);
+ZORVANCOW_EXTERN_COW(cow_2DArrayRep<cow_String>);
+
+extern template ZORVANCOW_API cow_2DArrayRep<int>::cow_2DArrayRep(int, int);
+extern template ZORVANCOW_API cow_2DArrayRep<int>::cow_2DArrayRep(cow_2DArrayRep<int> const&);
+extern template ZORVANCOW_API cow_2DArrayRep<int>::~cow_2DArrayRep();
+extern template ZORVANCOW_API cow_2DArray<int>::cow_2DArray(int, int, int const&);
+
+extern template ZORVANCOW_API cow_2DArrayRep<float>::cow_2DArrayRep(int, int);
+extern template ZORVANCOW_API cow_2DArrayRep<float>::cow_2DArrayRep(cow_2DArrayRep<float> const&);
+extern template ZORVANCOW_API cow_2DArrayRep<float>::~cow_2DArrayRep();
+extern template ZORVANCOW_API cow_2DArray<float>::cow_2DArray(int, int, float const&);
+
+extern template ZORVANCOW_API cow_2DArrayRep<double>::cow_2DArrayRep(int, int);
+extern template ZORVANCOW_API cow_2DArrayRep<double>::cow_2DArrayRep(cow_2DArrayRep<double> const&);
+extern template ZORVANCOW_API cow_2DArrayRep<double>::~cow_2DArrayRep();
+extern template ZORVANCOW_API cow_2DArray<double>::cow_2DArray(int, int, double const&);
+
+extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::cow_2DArrayRep(int, int);
+extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::cow_2DArrayRep(cow_2DArrayRep<cow_String> const&);
+extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::~cow_2DArrayRep();
+extern template ZORVANCOW_API cow_2DArray<cow_String>::cow_2DArray(int, int, cow_String const&);
+#endif

@@ -1,0 +1,231 @@
+#ifndef ZORVANCOW_SHAPES_COW_FIXEDARRAY_H
+#define ZORVANCOW_SHAPES_COW_FIXEDARRAY_H
+
+// An array whose length is fixed when it is made: one contiguous run of
+// elements behind a counted handle, shared or copied as a whole.
+//
+// Copying a cow_FixedArray costs one count increment. The first write through
+// a copy whose representation is shared copies the whole representation, all
+// elements at once; later writes through the same value copy nothing. There
+// is no finer unit of sharing: use cow_1DArray when writes should copy only a
+// block. Elements that are strings share their texts with the elements they
+// were copied from.
+//
+// Element reads go straight to the representation and touch no count, so
+// they are as cheap as indexing a plain array through one more pointer.
+// Indices are not checked: 0 <= i < GetSize() is the caller's duty.
+
+#include <algorithm>
+
+#include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Export.h"
+#include "zorvancow/core/cow_String.h"
+
+// Element equality of the fixed shapes. Numbers use their own ==, so a NaN
+// differs from everything including itself and -0.0 equals +0.0. Strings are
+// equal when their bytes are; the natural-order switch plays no part.
+template <class T>
+inline bool cow_ShapeElementEqual(T const& left, T const& right) {
+    return left == right;
+}
+
+inline bool cow_ShapeElementEqual(cow_String const& left, cow_String const& right) {
+    return cow_StringByteCompare(left, right) == 0;
+}
+
+// The representation a cow_FixedArray points at: a length and the elements
+// from array new. It is a plain owner with deep copies; the sharing lives in
+// the handle of cow_FixedArray, which copies a representation only when a
+// shared array is written.
+//
+// New elements of int, float and double are left unset; string elements
+// start as empty values without a text.
+template <class T>
+struct cow_FixedArrayRep {
+    // `length` elements, unset for numbers. A negative length counts as 0.
+    // Even 0 elements get an allocation of their own, so `data` is never null.
+    explicit cow_FixedArrayRep(int length);
+    // A deep copy: the same length, a new allocation, each element assigned
+    // in order (strings share their texts, one count more each).
+    cow_FixedArrayRep(cow_FixedArrayRep const& source);
+    // Frees the elements; string elements give up their texts.
+    ~cow_FixedArrayRep();
+
+    // The one place where a representation changes length: frees its own
+    // elements and takes a deep copy of `source`, length included. Assigning
+    // a representation to itself changes nothing and keeps `data`.
+    cow_FixedArrayRep& operator=(cow_FixedArrayRep const& source);
+
+    // Equal lengths, then equal elements in every place by
+    // cow_ShapeElementEqual. Lengths that differ decide without looking at an
+    // element. There is no shortcut for comparing a representation with
+    // itself: an array holding a NaN is unequal to itself.
+    bool operator==(cow_FixedArrayRep const& other) const;
+    // The negation of operator==.
+    bool operator!=(cow_FixedArrayRep const& other) const;
+
+    int size;  // number of elements
+    T* data;   // `size` elements from array new, owned here
+
+private:
+    // Assigns the source's elements in order. For numbers this is one block
+    // move, as fast as copying a std::vector.
+    void CopyElements(cow_FixedArrayRep const& source) { std::copy(source.data, source.data + size, data); }
+};
+
+// A value array of fixed length with copy-on-write sharing of the whole.
+template <class T>
+class cow_FixedArray {
+public:
+    // Ten elements, unset for numbers and empty for strings. Ten is the zero
+    // value that lists and maps of fixed arrays make for a fresh slot.
+    cow_FixedArray();
+    // `length` elements, each assigned `value` (strings share its text, one
+    // count per element). A negative length gives an empty array. Costs one
+    // representation, one element allocation and one counter.
+    cow_FixedArray(int length, T const& value);
+    // Shares the other array's representation: one increment, no element
+    // touched, nothing allocated.
+    cow_FixedArray(cow_FixedArray const& other) = default;
+    // Shares the other array's representation. The old one is freed when
+    // this array was its last holder. Self-assignment is safe.
+    cow_FixedArray& operator=(cow_FixedArray const& other) = default;
+    // One count less; the last array on a representation frees it.
+    ~cow_FixedArray();
+
+    // Same length and equal elements (see cow_FixedArrayRep::operator==).
+    // An array compared with a copy of itself is walked in full.
+    bool operator==(cow_FixedArray const& other) const;
+    bool operator!=(cow_FixedArray const& other) const;
+
+    // The number of elements, fixed for the life of the array.
+    int GetSize() const { return rep.ConstGet()->size; }
+    // Reads element `i`, 0 <= i < GetSize(). Touches no count.
+    T const& ConstGet(int i) const { return rep.ConstGet()->data[i]; }
+    // Write access to element `i`, 0 <= i < GetSize(). When the
+    // representation is shared this first copies all elements for this array
+    // alone; the reference stays valid until this array is assigned or
+    // destroyed.
+    T& Get(int i) { return rep.Get().data[i]; }
+
+    // Inspection: the representation (to tell whether two arrays share it)
+    // and how many arrays share it.
+    cow_FixedArrayRep<T> const* GetRep() const { return rep.ConstGet(); }
+    std::int32_t GetShareCount() const { return rep.GetShareCount(); }
+
+private:
+    cow_COW<cow_FixedArrayRep<T>, cow_Direct<cow_FixedArrayRep<T>>> rep;
+};
+
+template <class T>
+cow_FixedArrayRep<T>::cow_FixedArrayRep(int length)
+    : size(length < 0 ? 0 : length), data(new T[size]) {}
+
+template <class T>
+cow_FixedArrayRep<T>::cow_FixedArrayRep(cow_FixedArrayRep const& source)
+    : size(source.size), data(new T[source.size]) {
+    CopyElements(source);
+}
+
+template <class T>
+cow_FixedArrayRep<T>::~cow_FixedArrayRep() {
+    delete[] data;
+}
+
+template <class T>
+cow_FixedArrayRep<T>& cow_FixedArrayRep<T>::operator=(cow_FixedArrayRep const& source) {
+    if (&source == this) return *this;
+    delete[] data;
+    size = source.size;
+    data = new T[size];
+    CopyElements(source);
+    return *this;
+}
+
+template <class T>
+bool cow_FixedArrayRep<T>::operator==(cow_FixedArrayRep const& other) const {
+    if (size != other.size) return false;
+    for (int i = 0; i < size; ++i) {
+        if (!cow_ShapeElementEqual(data[i], other.data[i])) return false;
+    }
+    return true;
+}
+
+template <class T>
+bool cow_FixedArrayRep<T>::operator!=(cow_FixedArrayRep const& other) const {
+    return !(*this == other);
+}
+
+template <class T>
+cow_FixedArray<T>::cow_FixedArray() : rep(new cow_FixedArrayRep<T>(10)) {}
+
+template <class T>
+cow_FixedArray<T>::cow_FixedArray(int length, T const& value) : rep(new cow_FixedArrayRep<T>(length)) {
+    // The handle is new and private, so Get copies nothing here.
+    cow_FixedArrayRep<T>& fresh = rep.Get();
+    for (int i = 0; i < fresh.size; ++i) fresh.data[i] = value;
+}
+
+template <class T>
+cow_FixedArray<T>::~cow_FixedArray() {}
+
+template <class T>
+bool cow_FixedArray<T>::operator==(cow_FixedArray const& other) const {
+    return *rep.ConstGet() == *other.rep.ConstGet();
+}
+
+template <class T>
+bool cow_FixedArray<T>::operator!=(cow_FixedArray const& other) const {
+    return *rep.ConstGet() != *other.rep.ConstGet();
+}
+
+// What the library holds. Every handle member on the four representations;
+// of the arrays and representations themselves only the members listed. The
+// double arrays, and the members not listed, are made by whoever uses them.
+ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<int>);
+ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<float>);
+ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<double>);
+ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<cow_String>);
+
+extern template ZORVANCOW_API cow_FixedArrayRep<int>::cow_FixedArrayRep(cow_FixedArrayRep<int> const&);
+extern template ZORVANCOW_API cow_FixedArrayRep<int>::~cow_FixedArrayRep();
+extern template ZORVANCOW_API cow_FixedArrayRep<int>& cow_FixedArrayRep<int>::operator=(
+    cow_FixedArrayRep<int> const&);
+extern template ZORVANCOW_API bool cow_FixedArrayRep<int>::operator==(cow_FixedArrayRep<int> const&) const;
+extern template ZORVANCOW_API bool cow_FixedArrayRep<int>::operator!=(cow_FixedArrayRep<int> const&) const;
+
+extern template ZORVANCOW_API cow_FixedArrayRep<float>::cow_FixedArrayRep(cow_FixedArrayRep<float> const&);
+extern template ZORVANCOW_API cow_FixedArrayRep<float>::~cow_FixedArrayRep();
+extern template ZORVANCOW_API cow_FixedArrayRep<float>& cow_FixedArrayRep<float>::operator=(
+    cow_FixedArrayRep<float> const&);
+extern template ZORVANCOW_API bool cow_FixedArrayRep<float>::operator==(cow_FixedArrayRep<float> const&) const;
+extern template ZORVANCOW_API bool cow_FixedArrayRep<float>::operator!=(cow_FixedArrayRep<float> const&) const;
+
+extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>::cow_FixedArrayRep(int);
+extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>::cow_FixedArrayRep(
+    cow_FixedArrayRep<cow_String> const&);
+extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>::~cow_FixedArrayRep();
+extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>& cow_FixedArrayRep<cow_String>::operator=(
+    cow_FixedArrayRep<cow_String> const&);
+extern template ZORVANCOW_API bool cow_FixedArrayRep<cow_String>::operator==(
+    cow_FixedArrayRep<cow_String> const&) const;
+extern template ZORVANCOW_API bool cow_FixedArrayRep<cow_String>::operator!=(
+    cow_FixedArrayRep<cow_String> const&) const;
+
+extern template ZORVANCOW_API cow_FixedArray<int>::cow_FixedArray();
+extern template ZORVANCOW_API cow_FixedArray<int>::cow_FixedArray(int, int const&);
+extern template ZORVANCOW_API cow_FixedArray<int>::~cow_FixedArray();
+extern template ZORVANCOW_API bool cow_FixedArray<int>::operator==(cow_FixedArray<int> const&) const;
+extern template ZORVANCOW_API bool cow_FixedArray<int>::operator!=(cow_FixedArray<int> const&) const;
+
+extern template ZORVANCOW_API cow_FixedArray<float>::cow_FixedArray(int, float const&);
+extern template ZORVANCOW_API bool cow_FixedArray<float>::operator==(cow_FixedArray<float> const&) const;
+extern template ZORVANCOW_API bool cow_FixedArray<float>::operator!=(cow_FixedArray<float> const&) const;
+
+extern template ZORVANCOW_API cow_FixedArray<cow_String>::cow_FixedArray(int, cow_String const&);
+extern template ZORVANCOW_API bool cow_FixedArray<cow_String>::operator==(
+    cow_FixedArray<cow_String> const&) const;
+extern template ZORVANCOW_API bool cow_FixedArray<cow_String>::operator!=(
+    cow_FixedArray<cow_String> const&) const;
+
+#endif
