@@ -65,6 +65,49 @@ void TourStrings() {
     atr_setNaturalOrder(0);
 }
 
+void TourArrays() {
+    Title("blocked arrays");
+    cow_1DArray<int> original;
+    for (int i = 0; i < 40; ++i) original.Get(i) = i;
+    std::printf("40 elements in blocks of %d: %d table slots, %d in use\n", 1 << original.GetShift(),
+                original.GetCapacity(), (original.GetSize() + (1 << original.GetShift()) - 1) >> original.GetShift());
+    cow_1DArray<int> copy = original;
+    std::printf("copy made: one table shared by %d arrays\n", original.GetTableShareCount());
+
+    copy.Get(20) = -20;
+    std::printf("after copy.Get(20) = -20: tables shared by %d and %d arrays\n",
+                original.GetTableShareCount(), copy.GetTableShareCount());
+    for (int slot = 0; slot < 3; ++slot) {
+        bool shared = original.GetBlock(slot) == copy.GetBlock(slot);
+        std::printf("  block %d: %s (held by %d table%s)\n", slot, shared ? "still shared" : "now private",
+                    original.GetBlockCount(slot), original.GetBlockCount(slot) == 1 ? "" : "s");
+    }
+    std::printf("original reads %d, copy reads %d\n", original.PartialArrayConstGet(20),
+                copy.PartialArrayConstGet(20));
+
+    cow_1DArrayIter<int> walk(copy);
+    long sum = 0;
+    for (; walk.GetPosition() < copy.GetEndPosition(); walk.Next()) sum += walk.ConstGet();
+    std::printf("an iterator walks a snapshot of the copy: sum %ld\n", sum);
+}
+
+void TourShapes() {
+    Title("fixed shapes and error texts");
+    cow_2DArray<int> board(3, 3, 0);
+    cow_2DArray<int> draft = board;
+    std::printf("a 3 x 3 matrix and its copy share one representation: %s, count %d\n",
+                board.GetRep() == draft.GetRep() ? "yes" : "no", board.GetShareCount());
+    draft.Get(1, 1) = 5;
+    std::printf("after one write to the copy: shared %s; counts %d and %d; centre %d and %d\n",
+                board.GetRep() == draft.GetRep() ? "yes" : "no", board.GetShareCount(),
+                draft.GetShareCount(), board.ConstGet(1, 1), draft.ConstGet(1, 1));
+
+    cow_SystemErrorCode refused(10061);
+    cow_SystemErrorCode missing = cow_SystemErrorCode::FromErrorNumber(2);
+    std::printf("socket code 10061: %s\n", refused.GetText().GetCString());
+    std::printf("C error number 2: %s\n", missing.GetText().GetCString());
+}
+
 // Counts the nodes under `link` and how many of them `other` reaches too.
 template <class Node>
 void CountNodes(cow_COW<Node> const& link, cow_COW<Node> const& other, int& total, int& shared) {
@@ -111,47 +154,6 @@ void TourMap() {
     cow_ConstMapSortedIt<cow_String, int> sorted(b);
     for (sorted.First(); !sorted.IsDone(); sorted.Next()) std::printf(" %s", sorted.CurrentKey().GetCString());
     std::printf("\n");
-void TourArrays() {
-    Title("blocked arrays");
-    cow_1DArray<int> original;
-    for (int i = 0; i < 40; ++i) original.Get(i) = i;
-    std::printf("40 elements in blocks of %d: %d table slots, %d in use\n", 1 << original.GetShift(),
-                original.GetCapacity(), (original.GetSize() + (1 << original.GetShift()) - 1) >> original.GetShift());
-    cow_1DArray<int> copy = original;
-    std::printf("copy made: one table shared by %d arrays\n", original.GetTableShareCount());
-
-    copy.Get(20) = -20;
-    std::printf("after copy.Get(20) = -20: tables shared by %d and %d arrays\n",
-                original.GetTableShareCount(), copy.GetTableShareCount());
-    for (int slot = 0; slot < 3; ++slot) {
-        bool shared = original.GetBlock(slot) == copy.GetBlock(slot);
-        std::printf("  block %d: %s (held by %d table%s)\n", slot, shared ? "still shared" : "now private",
-                    original.GetBlockCount(slot), original.GetBlockCount(slot) == 1 ? "" : "s");
-    }
-    std::printf("original reads %d, copy reads %d\n", original.PartialArrayConstGet(20),
-                copy.PartialArrayConstGet(20));
-
-    cow_1DArrayIter<int> walk(copy);
-    long sum = 0;
-    for (; walk.GetPosition() < copy.GetEndPosition(); walk.Next()) sum += walk.ConstGet();
-    std::printf("an iterator walks a snapshot of the copy: sum %ld\n", sum);
-}
-
-void TourShapes() {
-    Title("fixed shapes and error texts");
-    cow_2DArray<int> board(3, 3, 0);
-    cow_2DArray<int> draft = board;
-    std::printf("a 3 x 3 matrix and its copy share one representation: %s, count %d\n",
-                board.GetRep() == draft.GetRep() ? "yes" : "no", board.GetShareCount());
-    draft.Get(1, 1) = 5;
-    std::printf("after one write to the copy: shared %s; counts %d and %d; centre %d and %d\n",
-                board.GetRep() == draft.GetRep() ? "yes" : "no", board.GetShareCount(),
-                draft.GetShareCount(), board.ConstGet(1, 1), draft.ConstGet(1, 1));
-
-    cow_SystemErrorCode refused(10061);
-    cow_SystemErrorCode missing = cow_SystemErrorCode::FromErrorNumber(2);
-    std::printf("socket code 10061: %s\n", refused.GetText().GetCString());
-    std::printf("C error number 2: %s\n", missing.GetText().GetCString());
 }
 
 }  // namespace
