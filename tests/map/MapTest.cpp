@@ -9,6 +9,7 @@
 
 #include "support/AllocationCounter.h"
 #include "zorvancow/map/cow_Map.h"
+#include "zorvanmem/mem_Heap.h"
 #include "zorvanstr/atr_String.h"
 
 using testing_support::AllocationScope;
@@ -292,4 +293,29 @@ TEST(MapIterator, SortedWalks) {
     EXPECT_EQ(It::AscSortCmp(&pz, &pa), 1);
     EXPECT_EQ(It::AscSortCmp(&pa, &pa2), 0);
     EXPECT_EQ(It::DescSortCmp(&pa, &pz), 1);
+}
+
+TEST(Map, CountedAndDeepValuesStayPerMap) {
+    long const blocks = mem_GetLiveBlocks();
+    {
+        cow_Map<int, omi_BlkBitVect> bits;
+        bits.Get(1);  // absent: nothing stored
+        omi_BlkBitVect v;
+        v.SetBit(70000);
+        bits.Insert(1, v);
+        cow_Map<int, omi_BlkBitVect> copy = bits;
+        copy.Get(1).SetBit(5);
+        EXPECT_FALSE(bits.ConstGet(1).TestBit(5));
+        EXPECT_TRUE(copy.ConstGet(1).TestBit(5) && copy.ConstGet(1).TestBit(70000));
+        EXPECT_TRUE(copy.Remove(1));
+        EXPECT_TRUE(bits.ConstGet(1).TestBit(70000));
+
+        cow_Map<cow_String, cow_FixedArray<double>> arrays;
+        arrays.Insert(cow_String("x"), cow_FixedArray<double>(3, 1.5));
+        cow_Map<cow_String, cow_FixedArray<double>> other = arrays;
+        other.Get(cow_String("x")).Get(0) = 2.5;
+        EXPECT_EQ(arrays.ConstGet(cow_String("x")).ConstGet(0), 1.5);
+        EXPECT_EQ(other.ConstGet(cow_String("x")).ConstGet(0), 2.5);
+    }
+    EXPECT_EQ(mem_GetLiveBlocks(), blocks);
 }

@@ -22,6 +22,8 @@
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvanbase/omi_BlkBitVect.h"
 
 // ---------------------------------------------------------------------------
 // Key digits, equality and order
@@ -466,7 +468,10 @@ ZORVANCOW_EXTERN_MAP(int, int);
 ZORVANCOW_EXTERN_MAP(int, unsigned int);
 ZORVANCOW_EXTERN_MAP(int, float);
 ZORVANCOW_EXTERN_MAP(int, double);
+ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<int>);
+ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<double>);
 ZORVANCOW_EXTERN_MAP(int, cow_String);
+ZORVANCOW_EXTERN_MAP(int, omi_BlkBitVect);
 ZORVANCOW_EXTERN_MAP(unsigned int, int);
 ZORVANCOW_EXTERN_MAP(unsigned int, unsigned int);
 ZORVANCOW_EXTERN_MAP(unsigned int, atr_String);
@@ -476,6 +481,7 @@ ZORVANCOW_EXTERN_MAP(cow_String, unsigned int);
 ZORVANCOW_EXTERN_MAP(cow_String, float);
 ZORVANCOW_EXTERN_MAP(cow_String, double);
 ZORVANCOW_EXTERN_MAP(cow_String, cow_String);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_FixedArray<double>);
 ZORVANCOW_EXTERN_MAP(cow_String, atr_String);
 
 // The node walk is exported for every row but <unsigned int, int>.
@@ -483,7 +489,10 @@ extern template class ZORVANCOW_API cow_ConstMapIterator<int, int>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, unsigned int>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, float>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, double>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<double>>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_String>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, omi_BlkBitVect>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, unsigned int>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, atr_String>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, cow_String>;
@@ -492,6 +501,7 @@ extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, unsigned in
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, float>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, double>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_String>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_FixedArray<double>>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, atr_String>;
 
 // The sorted walk is exported for two rows; the other rows build it inline.
