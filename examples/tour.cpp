@@ -91,6 +91,41 @@ void TourArrays() {
     std::printf("an iterator walks a snapshot of the copy: sum %ld\n", sum);
 }
 
+void PrintList(char const* name, cow_List<int> const& list) {
+    std::printf("  %s:", name);
+    for (cow_ListIter<int> it(list); !it.IsDone(); it.Next()) std::printf(" %d", it.Current());
+    std::printf("\n");
+}
+
+void TourLists() {
+    Title("lists");
+    cow_List<int> list;
+    for (int i = 1; i <= 40; ++i) list.Append(i * 10 % 37);
+    cow_List<int> edited = list;
+    edited.Prepend(-1).Append(99).RemoveFirst().RemoveFirst();
+    std::printf("a list of 40, a copy edited at both ends (Prepend, Append, RemoveFirst twice):\n");
+    std::printf("  original first %d, count %d; copy first %d, count %d\n", list.ConstGet(0), list.GetCount(),
+                edited.ConstGet(0), edited.GetCount());
+    cow_1DArray<int> const& a = list.GetArray();
+    cow_1DArray<int> const& b = edited.GetArray();
+    int shared = 0;
+    for (int s = 0; s < a.GetCapacity(); ++s) {
+        for (int t = 0; t < b.GetCapacity(); ++t) shared += a.GetBlock(s) != nullptr && a.GetBlock(s) == b.GetBlock(t);
+    }
+    std::printf("  blocks still shared by the two: %d of %d (only the blocks written at the ends were copied)\n",
+                shared, (a.GetSize() + 15) / 16);
+
+    edited.Sort();
+    PrintList("copy sorted", edited);
+    PrintList("original", list);
+    shared = 0;
+    for (int s = 0; s < a.GetCapacity(); ++s) {
+        for (int t = 0; t < edited.GetArray().GetCapacity(); ++t)
+            shared += a.GetBlock(s) != nullptr && a.GetBlock(s) == edited.GetArray().GetBlock(t);
+    }
+    std::printf("  after the sort the copy has storage of its own: %d blocks shared\n", shared);
+}
+
 void TourShapes() {
     Title("fixed shapes and error texts");
     cow_2DArray<int> board(3, 3, 0);
@@ -156,6 +191,36 @@ void TourMap() {
     std::printf("\n");
 }
 
+void TourTables() {
+    Title("radix tables");
+    using Table = omi_IntTable<cow_String>;
+    cow_COW<Table> first(new Table);
+    for (int key : {42, -7, 0, -2000000000, 1 << 30}) {
+        char text[32];
+        std::snprintf(text, sizeof text, "value %d", key);
+        first.Get().Insert(key, cow_String(text));
+    }
+    std::printf("%d keys in two halves: %d negative, %d non-negative; walked in order:\n",
+                first.ConstGet()->GetCount(), first.ConstGet()->GetNegative().GetCount(),
+                first.ConstGet()->GetNonNegative().GetCount());
+    omi_IntTableIterator<cow_String> it(*first.ConstGet());
+    for (it.First(); !it.IsDone(); it.Next())
+        std::printf("  %11d -> %s\n", it.CurrentKey(), it.CurrentValue().GetCString());
+
+    cow_COW<Table> second = first;
+    std::printf("handle copied: one table %s, count %d\n",
+                first.ConstGet() == second.ConstGet() ? "yes" : "no", first.GetShareCount());
+    second.Get().Insert(-7, cow_String("rewritten"));
+    std::printf("first write through the copy copied the whole table: same table %s, counts %d and %d\n",
+                first.ConstGet() == second.ConstGet() ? "yes" : "no", first.GetShareCount(),
+                second.GetShareCount());
+    std::printf("key -7 reads \"%s\" in the first and \"%s\" in the second; the text of key 42 is %s\n",
+                first.ConstGet()->ConstGet(-7)->GetCString(), second.ConstGet()->ConstGet(-7)->GetCString(),
+                first.ConstGet()->ConstGet(42)->GetHeader() == second.ConstGet()->ConstGet(42)->GetHeader()
+                    ? "still shared"
+                    : "copied");
+}
+
 }  // namespace
 
 int main() {
@@ -166,7 +231,9 @@ int main() {
     TourHandles();
     TourStrings();
     TourArrays();
+    TourLists();
     TourShapes();
+    TourTables();
     TourMap();
 
     cow_finalize(started);

@@ -30,79 +30,44 @@ std::vector<std::uint32_t> WalkDown(omi_BlkBitVect const& bits) {
     return seen;
 }
 
-TEST(BlkBitVect, CountFollowsChangesAndStorageFollowsUse) {
+TEST(BlkBitVect, CountStorageAndCopies) {
     long const live = mem_GetLiveBlocks();
     {
         omi_BlkBitVect bits;
-        EXPECT_EQ(bits.count, 0u);
-        bits.UnsetBit(12345);
         bits.UnsetBit(kTop);
-        EXPECT_EQ(bits.count, 0u);
         EXPECT_EQ(mem_GetLiveBlocks(), live) << "clearing a never-set bit allocates nothing";
-
         bits.SetBit(0);
         bits.SetBit(0);
         bits.SetBit(kTop);
         EXPECT_EQ(bits.count, 2u) << "setting a set bit does not count twice";
-        EXPECT_TRUE(bits.TestBit(0));
-        EXPECT_TRUE(bits.TestBit(kTop));
-        EXPECT_FALSE(bits.TestBit(1));
-        EXPECT_FALSE(bits.TestBit(kTop - 1));
         EXPECT_EQ(bits.GetUsedBlocks(), 2u) << "two bits far apart cost two blocks";
-
         bits.UnsetBit(0);
         bits.UnsetBit(0);
-        bits.UnsetBit(1);
         EXPECT_EQ(bits.count, 1u);
         EXPECT_FALSE(bits.TestBit(0));
+        EXPECT_TRUE(bits.TestBit(kTop));
 
-        std::uint32_t const tableLength = bits.GetBlockCount();
-        bits.Clear();
-        EXPECT_EQ(bits.count, 0u);
-        EXPECT_FALSE(bits.TestBit(kTop));
-        EXPECT_EQ(bits.GetUsedBlocks(), 0u);
-        EXPECT_EQ(bits.GetBlockCount(), tableLength) << "Clear keeps the pointer table";
-        EXPECT_EQ(WalkUp(bits), std::vector<std::uint32_t>{});
-        bits.SetBit(77);
-        EXPECT_EQ(WalkUp(bits), std::vector<std::uint32_t>{77});
-    }
-    EXPECT_EQ(mem_GetLiveBlocks(), live);
-}
-
-TEST(BlkBitVect, CopiesAndAssignmentsAreIndependent) {
-    long const live = mem_GetLiveBlocks();
-    {
-        omi_BlkBitVect source;
-        for (std::uint32_t i : {3u, 700u, 1u << 20, 3u << 24}) source.SetBit(i);
-
-        omi_BlkBitVect copy(source);
-        EXPECT_TRUE(copy == source);
+        omi_BlkBitVect copy(bits);
         copy.SetBit(5);
-        copy.UnsetBit(700);
-        EXPECT_TRUE(source.TestBit(700));
-        EXPECT_FALSE(source.TestBit(5));
-        EXPECT_EQ(source.count, 4u);
-        EXPECT_EQ(copy.count, 4u);
-        EXPECT_TRUE(copy != source) << "same count, different bits";
-
         omi_BlkBitVect coarse(12);
         coarse.SetBit(9);
-        coarse = source;
-        EXPECT_TRUE(coarse == source);
-        EXPECT_EQ(WalkUp(coarse), WalkUp(source));
-        source.Clear();
-        EXPECT_EQ(coarse.count, 4u) << "assignment took a copy, not the source's blocks";
-
+        coarse = copy;
         coarse = *&coarse;
-        EXPECT_EQ(coarse.count, 4u);
+        copy.Clear();
+        EXPECT_EQ(copy.count, 0u);
+        EXPECT_EQ(copy.GetUsedBlocks(), 0u);
+        EXPECT_FALSE(bits.TestBit(5));
+        EXPECT_EQ(WalkUp(coarse), (std::vector<std::uint32_t>{5, kTop}));
 
-        // Equality looks at bits only, not at block sizes or spare blocks.
+        // Equality looks at bits only, not at block sizes or emptied blocks.
         omi_BlkBitVect fine(6), wide(14);
         fine.SetBit(100000);
         fine.SetBit(1);
         fine.UnsetBit(1);
         wide.SetBit(100000);
         EXPECT_TRUE(fine == wide);
+        wide.SetBit(2);
+        EXPECT_TRUE(fine != wide);
     }
     EXPECT_EQ(mem_GetLiveBlocks(), live);
 }
