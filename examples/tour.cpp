@@ -182,9 +182,9 @@ void TourMap() {
                 "the original, %d copied on the path and 1 new; the original still has %d keys\n",
                 b.GetDepth(added), total, shared, total - shared - 1, a.GetCount());
 
-    std::printf("keys of the copy in walk order:");
-    cow_ConstMapIterator<cow_String, int> walk(b);
-    for (walk.First(); !walk.IsDone(); walk.Next()) std::printf(" %s", walk.CurrentKey().GetCString());
+    std::printf("keys of the copy with cow_Keys, in walk order:");
+    cow_List<cow_String> const keys = cow_MapUtils<cow_String, int>::cow_Keys(b);
+    for (int i = 0; i < keys.GetCount(); ++i) std::printf(" %s", keys.ConstGet(i).GetCString());
     std::printf("\nand sorted by bytes:");
     cow_ConstMapSortedIt<cow_String, int> sorted(b);
     for (sorted.First(); !sorted.IsDone(); sorted.Next()) std::printf(" %s", sorted.CurrentKey().GetCString());

@@ -319,3 +319,39 @@ TEST(Map, CountedAndDeepValuesStayPerMap) {
     }
     EXPECT_EQ(mem_GetLiveBlocks(), blocks);
 }
+
+TEST(MapUtils, KeysAndValuesInWalkOrder) {
+    cow_Map<cow_String, int> empty;
+    EXPECT_EQ((cow_MapUtils<cow_String, int>::cow_Keys(empty).GetCount()), 0);
+    EXPECT_EQ((cow_MapUtils<cow_String, int>::cow_Values(empty).GetCount()), 0);
+
+    cow_Map<int, cow_1DArrayList<int>> map;
+    for (int key : {5, 3, 6, 1, 7, 2, 4, 0}) {
+        cow_1DArrayList<int> value;
+        value.Append(key * 10);
+        map.Insert(key, value);
+    }
+    auto keys = cow_MapUtils<int, cow_1DArrayList<int>>::cow_Keys(map);
+    auto values = cow_MapUtils<int, cow_1DArrayList<int>>::cow_Values(map);
+    std::vector<int> walked;
+    for (int i = 0; i < keys.GetCount(); ++i) {
+        walked.push_back(keys.ConstGet(i));
+        EXPECT_EQ(values.ConstGet(i).ConstGet(0), keys.ConstGet(i) * 10);
+    }
+    EXPECT_EQ(walked, (std::vector<int>{5, 6, 4, 0, 2, 3, 1, 7}));
+    EXPECT_EQ(map.GetRoot().GetShareCount(), 1);
+
+    // The lists are values of their own.
+    keys.Get(0) = 99;
+    values.Get(0).Get(0) = -1;
+    EXPECT_EQ(map.ConstGet(5).ConstGet(0), 50);
+    EXPECT_TRUE(map.IsMember(5));
+
+    // A row the library does not export builds the same way.
+    cow_Map<cow_String, cow_List<int>> lists;
+    lists.Insert(cow_String("a"), cow_List<int>().Append(1));
+    EXPECT_EQ((cow_MapUtils<cow_String, cow_List<int>>::cow_Values(lists).ConstGet(0).ConstGet(0)), 1);
+    cow_ConstMapSortedIt<cow_String, cow_List<cow_String>> sorted((cow_Map<cow_String, cow_List<cow_String>>()));
+    sorted.First();
+    EXPECT_TRUE(sorted.IsDone());
+}

@@ -22,6 +22,8 @@
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/cow_List.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvanbase/omi_BlkBitVect.h"
 
@@ -313,6 +315,23 @@ private:
 };
 
 // ---------------------------------------------------------------------------
+// Map utilities
+
+// A map's keys or values as a list, in the node walk's order (not sorted).
+// The two lists of one map, with no write between the calls, correspond entry
+// by entry. Each element is a copy by its own copy constructor, so strings
+// and counted containers share their storage with the map. The map is only
+// read; its root count moves for the walk and is back at return.
+template <class K, class V>
+class cow_MapUtils {
+public:
+    // All keys, by value: one pointer array for the walk plus the list.
+    static cow_List<K> cow_Keys(cow_Map<K, V> const& map);
+    // All values, by value, in the order of cow_Keys.
+    static cow_List<V> cow_Values(cow_Map<K, V> const& map);
+};
+
+// ---------------------------------------------------------------------------
 // Out-of-line members (the library's exported ones for its instantiations)
 
 template <class K, class V>
@@ -456,6 +475,22 @@ int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const* left, void const* right) 
     return 1;
 }
 
+template <class K, class V>
+cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const& map) {
+    cow_List<K> keys;
+    cow_ConstMapIterator<K, V> it(map);
+    for (it.First(); !it.IsDone(); it.Next()) keys.Append(it.CurrentKey());
+    return keys;
+}
+
+template <class K, class V>
+cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
+    cow_List<V> values;
+    cow_ConstMapIterator<K, V> it(map);
+    for (it.First(); !it.IsDone(); it.Next()) values.Append(it.CurrentValue());
+    return values;
+}
+
 // ---------------------------------------------------------------------------
 // The library's instantiations (zorvancow/instantiations/map.cpp)
 
@@ -468,6 +503,9 @@ ZORVANCOW_EXTERN_MAP(int, int);
 ZORVANCOW_EXTERN_MAP(int, unsigned int);
 ZORVANCOW_EXTERN_MAP(int, float);
 ZORVANCOW_EXTERN_MAP(int, double);
+ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<int>);
+ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<float>);
+ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<cow_String>);
 ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<int>);
 ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<double>);
 ZORVANCOW_EXTERN_MAP(int, cow_String);
@@ -481,6 +519,11 @@ ZORVANCOW_EXTERN_MAP(cow_String, unsigned int);
 ZORVANCOW_EXTERN_MAP(cow_String, float);
 ZORVANCOW_EXTERN_MAP(cow_String, double);
 ZORVANCOW_EXTERN_MAP(cow_String, cow_String);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<int>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<float>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<cow_String>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_List<int>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_List<cow_String>);
 ZORVANCOW_EXTERN_MAP(cow_String, cow_FixedArray<double>);
 ZORVANCOW_EXTERN_MAP(cow_String, atr_String);
 
@@ -489,6 +532,9 @@ extern template class ZORVANCOW_API cow_ConstMapIterator<int, int>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, unsigned int>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, float>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, double>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<cow_String>>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<int>>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<double>>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_String>;
@@ -501,12 +547,29 @@ extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, unsigned in
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, float>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, double>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_String>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<cow_String>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_List<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_List<cow_String>>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_FixedArray<double>>;
 extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, atr_String>;
 
 // The sorted walk is exported for two rows; the other rows build it inline.
 extern template class ZORVANCOW_API cow_ConstMapSortedIt<cow_String, cow_String>;
 extern template class ZORVANCOW_API cow_ConstMapSortedIt<cow_String, float>;
+
+// Keys and values as lists, exported for nine rows; the other rows build
+// them inline.
+extern template class ZORVANCOW_API cow_MapUtils<int, cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_MapUtils<int, cow_1DArrayList<cow_String>>;
+extern template class ZORVANCOW_API cow_MapUtils<unsigned int, atr_String>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, int>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, unsigned int>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, double>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, cow_String>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, cow_1DArrayList<cow_String>>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, atr_String>;
 
 #undef ZORVANCOW_EXTERN_MAP
 
