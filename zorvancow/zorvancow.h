@@ -13,5 +13,6 @@
 #include "zorvancow/shapes/cow_2DArray.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvancow/tables/omi_IntTable.h"
+#include "zorvancow/map/cow_Map.h"
 
 #endif
