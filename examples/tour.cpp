@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <set>
+#include <vector>
 
 #include "zorvancow/zorvancow.h"
 #include "zorvanmem/mem_Heap.h"
@@ -143,6 +144,54 @@ void TourShapes() {
     std::printf("C error number 2: %s\n", missing.GetText().GetCString());
 }
 
+// Counts the nodes under `link` and how many of them `other` reaches too.
+template <class Node>
+void CountNodes(cow_COW<Node> const& link, cow_COW<Node> const& other, int& total, int& shared) {
+    Node const* node = link.ConstGet();
+    if (node == nullptr) return;
+    ++total;
+    std::vector<Node const*> stack{other.ConstGet()};
+    while (!stack.empty()) {
+        Node const* candidate = stack.back();
+        stack.pop_back();
+        if (candidate == nullptr) continue;
+        if (candidate == node) {
+            ++shared;
+            break;
+        }
+        stack.push_back(candidate->child[0].ConstGet());
+        stack.push_back(candidate->child[1].ConstGet());
+    }
+    CountNodes(node->child[0], other, total, shared);
+    CountNodes(node->child[1], other, total, shared);
+}
+
+void TourMap() {
+    Title("digital map");
+    char const* names[] = {"ada", "bob", "cy", "dee", "eve", "fay", "gus", "hal", "ivy", "jo"};
+    cow_Map<cow_String, int> a;
+    for (int i = 0; i < 10; ++i) a.Insert(cow_String(names[i]), i);
+    cow_Map<cow_String, int> b = a;
+    std::printf("copy made: one root, count %d; %d keys each\n", a.GetRoot().GetShareCount(),
+                b.GetCount());
+
+    cow_String const added("kim");
+    b.Insert(added, 10);
+    int total = 0, shared = 0;
+    CountNodes(b.GetRoot(), a.GetRoot(), total, shared);
+    std::printf("\"kim\" inserted into the copy at depth %d: the copy has %d nodes, %d shared with\n"
+                "the original, %d copied on the path and 1 new; the original still has %d keys\n",
+                b.GetDepth(added), total, shared, total - shared - 1, a.GetCount());
+
+    std::printf("keys of the copy with cow_Keys, in walk order:");
+    cow_List<cow_String> const keys = cow_MapUtils<cow_String, int>::cow_Keys(b);
+    for (int i = 0; i < keys.GetCount(); ++i) std::printf(" %s", keys.ConstGet(i).GetCString());
+    std::printf("\nand sorted by bytes:");
+    cow_ConstMapSortedIt<cow_String, int> sorted(b);
+    for (sorted.First(); !sorted.IsDone(); sorted.Next()) std::printf(" %s", sorted.CurrentKey().GetCString());
+    std::printf("\n");
+}
+
 void TourTables() {
     Title("radix tables");
     using Table = omi_IntTable<cow_String>;
@@ -219,6 +268,7 @@ int main() {
     TourLists();
     TourShapes();
     TourTables();
+    TourMap();
     TourTree();
 
     cow_finalize(started);

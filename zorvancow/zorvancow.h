@@ -13,6 +13,7 @@
 #include "zorvancow/shapes/cow_2DArray.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvancow/tables/omi_IntTable.h"
+#include "zorvancow/map/cow_Map.h"
 #include "zorvancow/tree/cow_Btree.h"
 
 #endif

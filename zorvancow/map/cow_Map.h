@@ -1,0 +1,576 @@
+#ifndef ZORVANCOW_MAP_COW_MAP_H
+#define ZORVANCOW_MAP_COW_MAP_H
+
+// Digital maps: a key/value map that branches on one digit of the key per
+// level and never compares keys for order.
+//
+// Each node holds one key and its value; the search key is tested for
+// equality at every node on the way down, and on a difference one digit of
+// the search key (cow_KeyBit) picks the branch. There is no balancing: the
+// shape follows from the keys' digits and from the order of inserts and
+// removals. Every link is a counted handle, so a copy of a map costs one
+// increment and a write copies only the nodes on its path.
+//
+// A map, its copies and its iterators that share nodes belong to one thread at
+// a time, also for reading: even the reading walks move counts.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <new>
+
+#include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Export.h"
+#include "zorvancow/core/cow_String.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/cow_List.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvanbase/omi_BlkBitVect.h"
+
+// ---------------------------------------------------------------------------
+// Key digits, equality and order
+
+// The digit of an integer key at `depth` (0 to 31): bit number `depth`, the
+// least significant bit first. The sign plays no part.
+inline int cow_KeyBit(unsigned int key, int depth) { return static_cast<int>((key >> depth) & 1u); }
+inline int cow_KeyBit(int key, int depth) { return cow_KeyBit(static_cast<unsigned int>(key), depth); }
+
+// The digit of a string key at `depth`: the lowest bit of one byte, read from
+// both ends inward (first byte, last byte, second byte, second to last, ...).
+// Depth n, for a text of n bytes, reads the middle byte again; deeper digits
+// are 0. An empty text reads its terminator at depth 0 and so has only 0s.
+// The other seven bits of a byte never count, so different texts can share
+// all their digits; such keys line up on one path, one level each.
+inline int cow_KeyBit(cow_String const& key, int depth) {
+    int const length = key.GetLength();
+    if (depth > length) return 0;
+    auto const* bytes = reinterpret_cast<unsigned char const*>(key.GetCString());
+    int const index = depth % 2 == 0 ? depth / 2 : length - 1 - (depth - 1) / 2;
+    return bytes[index] & 1;
+}
+
+// Key equality of the map: the 32-bit pattern for integers, the bytes for
+// strings (never the natural order).
+inline bool cow_MapKeyEqual(int left, int right) { return left == right; }
+inline bool cow_MapKeyEqual(unsigned int left, unsigned int right) { return left == right; }
+inline bool cow_MapKeyEqual(cow_String const& left, cow_String const& right) {
+    return cow_StringByteCompare(left, right) == 0;
+}
+
+// Key order of the sorted walk: signed for int, unsigned for unsigned int,
+// unsigned bytes for strings whatever the natural-order switch says.
+inline bool cow_MapKeyLess(int left, int right) { return left < right; }
+inline bool cow_MapKeyLess(unsigned int left, unsigned int right) { return left < right; }
+inline bool cow_MapKeyLess(cow_String const& left, cow_String const& right) {
+    return cow_StringByteCompare(left, right) < 0;
+}
+
+// ---------------------------------------------------------------------------
+// Node
+
+// One entry of a map and the two branches below it. A node is shared by every
+// map (and iterator) that reaches it; copying one copies its key and value and
+// shares both subtrees, which is how a write unshares a single path.
+// A child handle with a null pointee is an empty branch: it is still a live
+// handle with a counter of its own.
+//
+// Inspection: the fields are public for reading. `child[d].ConstGet()` is the
+// node below on digit d (null for none) and `child[d].GetShareCount()` how
+// many nodes, maps and iterators hold that branch.
+template <class K, class V>
+struct cow_MapNode {
+    typedef cow_COW<cow_MapNode, cow_Direct<cow_MapNode>> Link;
+
+    // A leaf: copies `k` and `v`; the two empty branches get a counter each,
+    // so a new leaf costs three allocations.
+    cow_MapNode(K const& k, V const& v)
+        : key(k), value(v), child{Link(static_cast<cow_MapNode*>(nullptr)),
+                                  Link(static_cast<cow_MapNode*>(nullptr))} {}
+    // Copies key and value with their own copy operations and shares both
+    // subtrees (their counts rise by one). Nothing below is touched.
+    cow_MapNode(cow_MapNode const& other) = default;
+    // Releases child[1], then child[0], destroying subtrees that no one else
+    // holds; then the value and the key. Recurses once per level.
+    ~cow_MapNode();
+
+    cow_MapNode& operator=(cow_MapNode const&) = delete;
+
+    K key;        // changes after construction only when a removal pulls a key up
+    V value;
+    Link child[2];  // followed on digit 0 and digit 1
+};
+
+// ---------------------------------------------------------------------------
+// Map
+
+// A map from unique keys to values; K is int, unsigned int or cow_String.
+// Copying costs one count increment and shares every node. A write makes
+// private (copies) the nodes from the root down to the place written, and
+// nothing else; the copy of a node runs the copy operations of K and V and
+// shares the node's two subtrees.
+//
+// References from Get and ConstGet stay good until the next write to this map
+// or its destruction. A reference from Get points into storage that a later
+// copy of the map shares, so write through it before copying, not after.
+//
+// Absent keys: Get and ConstGet of a key that is not held create nothing and
+// return a default value that belongs to no map. IsAbsent(reference) tells it
+// apart from a stored value; IsMember asks first.
+template <class K, class V>
+class cow_Map {
+public:
+    typedef cow_MapNode<K, V> Node;
+    typedef typename Node::Link Link;
+
+    // An empty map: an empty root handle (one counter), count 0.
+    cow_Map() : root(static_cast<Node*>(nullptr)), count(0) {}
+    // Shares the whole tree: one increment, no node touched. Each map keeps a
+    // key count of its own.
+    cow_Map(cow_Map const& other) = default;
+    cow_Map& operator=(cow_Map const& other) = default;
+    // Releases the root; nodes that no other map or iterator holds are freed.
+    ~cow_Map();
+
+    // True if `key` is held. Allocates nothing and makes nothing private; it
+    // carries a counted handle down the path, so it writes counts on the way
+    // and leaves them as they were.
+    bool IsMember(K const& key) const;
+
+    // Stores `value` under `key`. A held key keeps its key object (a string
+    // key keeps the text of its first insertion) and gets the value assigned;
+    // a new key becomes a leaf. Copies each shared node on the path. Always
+    // returns true.
+    bool Insert(K const& key, V const& value);
+
+    // Removes `key` and its value; false (and nothing copied) when it is not
+    // held. Inner nodes are filled by pulling keys up along the right-preferring
+    // path to a leaf, which is cut; shared nodes above the cut are copied, the
+    // cut leaf never is. Walks the path twice (a membership test first).
+    bool Remove(K const& key);
+
+    // The value of `key`, for writing: every node from the root down to the
+    // key's node is private when it returns. For an absent key the path
+    // walked is private too and the result is a per-thread scratch value, set
+    // to V() at each such miss; writing to it reaches no map.
+    V& Get(K const& key);
+
+    // The value of `key`, for reading; makes nothing private and allocates
+    // nothing. For an absent key the result is one shared V() that no map holds.
+    V const& ConstGet(K const& key) const;
+
+    // Number of keys held.
+    int GetCount() const { return count; }
+
+    // True when `reference` is what Get or ConstGet give for an absent key.
+    static bool IsAbsent(V const& reference) {
+        return &reference == &GetAbsentValue() || &reference == &GetMissedValue();
+    }
+
+    // Inspection: the root handle (its pointee is the root node, null when
+    // empty; its share count says how many maps and iterators hold the tree).
+    Link const& GetRoot() const { return root; }
+
+    // Inspection: the depth of the node holding `key` (0 for the root), or -1
+    // when the key is not held. Reads only; no count changes.
+    int GetDepth(K const& key) const {
+        int depth = 0;
+        for (Node const* node = root.ConstGet(); node != nullptr; ++depth) {
+            if (cow_MapKeyEqual(node->key, key)) return depth;
+            node = node->child[cow_KeyBit(key, depth)].ConstGet();
+        }
+        return -1;
+    }
+
+private:
+    // The shared V() of ConstGet misses, and the per-thread scratch of Get misses.
+    static V const& GetAbsentValue();
+    static V& GetMissedValue();
+
+    Link root;
+    int count;
+};
+
+// ---------------------------------------------------------------------------
+// Iterator
+
+// A read-only walk over all entries of a map, in the tree's pre-order: each
+// node before its subtree, the digit-0 subtree before the digit-1 subtree.
+// That is not key order, and the same keys inserted in another order walk
+// differently; for one history of writes the order is fixed.
+//
+// The iterator holds its own copy of the map, so it walks the entries the map
+// had when the iterator was built, whatever the map does meanwhile; a caller
+// may write to the map inside its own loop. The map's next write copies the
+// root and its path. The iterator is one more holder of the tree until it is
+// destroyed, and frees what only it still holds.
+//
+// Use: First(), then while !IsDone(): CurrentKey()/CurrentValue(), Next().
+// Before the first First() the iterator reads as done. Not copyable.
+template <class K, class V>
+class cow_ConstMapIterator {
+public:
+    typedef cow_MapNode<K, V> Node;
+
+    // Shares the map's tree (one increment); nothing is walked yet.
+    explicit cow_ConstMapIterator(cow_Map<K, V> const& source)
+        : map(source), position(0), nodes(nullptr) {}
+    cow_ConstMapIterator(cow_ConstMapIterator const&) = delete;
+    cow_ConstMapIterator& operator=(cow_ConstMapIterator const&) = delete;
+    // Frees the node array, then releases the snapshot.
+    ~cow_ConstMapIterator();
+
+    // Collects the snapshot's nodes into a fresh array of count + 1 pointers
+    // (the last one null) and goes to the first entry. May be called again;
+    // the old array is freed first. One allocation and one visit per node.
+    void First();
+
+    // True at the end (and before the first First()).
+    bool IsDone() const { return nodes == nullptr || nodes[position] == nullptr; }
+    // Goes to the next entry; nothing at the end.
+    void Next() {
+        if (!IsDone()) ++position;
+    }
+    // The current entry. Precondition: !IsDone().
+    K const& CurrentKey() const { return nodes[position]->key; }
+    V const& CurrentValue() const { return nodes[position]->value; }
+
+    // Inspection: the snapshot the iterator walks.
+    cow_Map<K, V> const& GetMap() const { return map; }
+
+private:
+    static void Collect(typename Node::Link const& link, Node const** into, int& fill) {
+        Node const* node = link.ConstGet();
+        if (node == nullptr) return;
+        into[fill++] = node;
+        Collect(node->child[0], into, fill);
+        Collect(node->child[1], into, fill);
+    }
+
+    cow_Map<K, V> map;
+    int position;
+    Node const** nodes;
+};
+
+// ---------------------------------------------------------------------------
+// Sorted iterator
+
+// The walk of cow_ConstMapIterator in key order: First() collects the node
+// pointers and sorts them with qsort. Ascending by default; pass `true` as
+// `descending` to the constructor for the reverse order. Integer keys sort as
+// numbers (negative int keys first); string keys by unsigned bytes, never by
+// natural order. Only pointers move: no key or value is copied.
+// Holds a snapshot of the map like cow_ConstMapIterator. Not copyable.
+template <class K, class V>
+class cow_ConstMapSortedIt {
+public:
+    typedef cow_MapNode<K, V> Node;
+
+    // Shares the map's tree (one increment) and picks the order.
+    explicit cow_ConstMapSortedIt(cow_Map<K, V> const& source, bool descending = false)
+        : map(source), position(0), nodes(nullptr), compare(descending ? &DescSortCmp : &AscSortCmp) {}
+    cow_ConstMapSortedIt(cow_ConstMapSortedIt const&) = delete;
+    cow_ConstMapSortedIt& operator=(cow_ConstMapSortedIt const&) = delete;
+    // Frees the node array, then releases the snapshot.
+    ~cow_ConstMapSortedIt();
+
+    // Collects and sorts the snapshot's nodes (count + 1 pointers, the last
+    // null) and goes to the first entry. May be called again; same order.
+    void First();
+
+    bool IsDone() const { return nodes == nullptr || nodes[position] == nullptr; }
+    void Next() {
+        if (!IsDone()) ++position;
+    }
+    // The current entry. Precondition: !IsDone().
+    K const& CurrentKey() const { return nodes[position]->key; }
+    V const& CurrentValue() const { return nodes[position]->value; }
+
+    // qsort comparisons of two entries of the node array (each a pointer to a
+    // `Node const*`). Keys only, never values: -1, 0 or 1.
+    static int AscSortCmp(void const* left, void const* right);
+    static int DescSortCmp(void const* left, void const* right) {
+        K const& a = (*static_cast<Node const* const*>(left))->key;
+        K const& b = (*static_cast<Node const* const*>(right))->key;
+        if (cow_MapKeyLess(b, a)) return -1;
+        if (cow_MapKeyEqual(a, b)) return 0;
+        return 1;
+    }
+
+    // Inspection: the snapshot the iterator walks.
+    cow_Map<K, V> const& GetMap() const { return map; }
+
+private:
+    static void Collect(typename Node::Link const& link, Node const** into, int& fill) {
+        Node const* node = link.ConstGet();
+        if (node == nullptr) return;
+        into[fill++] = node;
+        Collect(node->child[0], into, fill);
+        Collect(node->child[1], into, fill);
+    }
+
+    cow_Map<K, V> map;
+    int position;
+    Node const** nodes;
+    int (*compare)(void const*, void const*);
+};
+
+// ---------------------------------------------------------------------------
+// Map utilities
+
+// A map's keys or values as a list, in the node walk's order (not sorted).
+// The two lists of one map, with no write between the calls, correspond entry
+// by entry. Each element is a copy by its own copy constructor, so strings
+// and counted containers share their storage with the map. The map is only
+// read; its root count moves for the walk and is back at return.
+template <class K, class V>
+class cow_MapUtils {
+public:
+    // All keys, by value: one pointer array for the walk plus the list.
+    static cow_List<K> cow_Keys(cow_Map<K, V> const& map);
+    // All values, by value, in the order of cow_Keys.
+    static cow_List<V> cow_Values(cow_Map<K, V> const& map);
+};
+
+// ---------------------------------------------------------------------------
+// Out-of-line members (the library's exported ones for its instantiations)
+
+template <class K, class V>
+cow_MapNode<K, V>::~cow_MapNode() {}
+
+template <class K, class V>
+cow_Map<K, V>::~cow_Map() {}
+
+template <class K, class V>
+V const& cow_Map<K, V>::GetAbsentValue() {
+    static V const absent{};
+    return absent;
+}
+
+template <class K, class V>
+V& cow_Map<K, V>::GetMissedValue() {
+    static thread_local V missed{};
+    return missed;
+}
+
+template <class K, class V>
+bool cow_Map<K, V>::IsMember(K const& key) const {
+    // The walk carries a counted handle: one extra count on the node it stands on.
+    cow_CountedHld<Node> walk(root);
+    int depth = 0;
+    while (Node const* node = walk.ConstGet()) {
+        if (cow_MapKeyEqual(node->key, key)) break;
+        walk = node->child[cow_KeyBit(key, depth++)];
+    }
+    return walk.ConstGet() != nullptr;
+}
+
+template <class K, class V>
+V const& cow_Map<K, V>::ConstGet(K const& key) const {
+    cow_CountedHld<Node> walk(root);
+    int depth = 0;
+    while (Node const* node = walk.ConstGet()) {
+        if (cow_MapKeyEqual(node->key, key)) return node->value;
+        walk = node->child[cow_KeyBit(key, depth++)];
+    }
+    return GetAbsentValue();
+}
+
+template <class K, class V>
+bool cow_Map<K, V>::Insert(K const& key, V const& value) {
+    Link* link = &root;
+    int depth = 0;
+    while (link->ConstGet() != nullptr) {
+        Node& node = link->Get();
+        if (cow_MapKeyEqual(node.key, key)) {
+            node.value = value;
+            return true;
+        }
+        link = &node.child[cow_KeyBit(key, depth++)];
+    }
+    *link = new Node(key, value);
+    ++count;
+    return true;
+}
+
+template <class K, class V>
+V& cow_Map<K, V>::Get(K const& key) {
+    Link* link = &root;
+    int depth = 0;
+    while (Node const* node = link->ConstGet()) {
+        if (cow_MapKeyEqual(node->key, key)) return link->Get().value;
+        link = &link->Get().child[cow_KeyBit(key, depth++)];
+    }
+    V& missed = GetMissedValue();
+    missed = V();
+    return missed;
+}
+
+template <class K, class V>
+bool cow_Map<K, V>::Remove(K const& key) {
+    if (!IsMember(key)) return false;
+
+    // Down to the key's node, copying the shared nodes above it.
+    Link* link = &root;
+    int depth = 0;
+    while (!cow_MapKeyEqual(link->ConstGet()->key, key))
+        link = &link->Get().child[cow_KeyBit(key, depth++)];
+
+    // Pull keys up along the right-preferring path until a leaf is reached.
+    for (;;) {
+        Node const* current = link->ConstGet();
+        if (current->child[0].ConstGet() == nullptr && current->child[1].ConstGet() == nullptr) break;
+        Node& writable = link->Get();
+        Link* next = writable.child[1].ConstGet() != nullptr ? &writable.child[1] : &writable.child[0];
+        Node const* below = next->ConstGet();
+        writable.key = below->key;
+        writable.value = below->value;
+        link = next;
+    }
+
+    // Cut the leaf: a sole holder frees it, a shared one leaves it to the others.
+    *link = static_cast<Node*>(nullptr);
+    --count;
+    return true;
+}
+
+template <class K, class V>
+cow_ConstMapIterator<K, V>::~cow_ConstMapIterator() {
+    ::operator delete(static_cast<void*>(nodes));
+}
+
+template <class K, class V>
+void cow_ConstMapIterator<K, V>::First() {
+    ::operator delete(static_cast<void*>(nodes));
+    int const total = map.GetCount();
+    nodes = static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
+    int fill = 0;
+    Collect(map.GetRoot(), nodes, fill);
+    nodes[total] = nullptr;
+    position = 0;
+}
+
+template <class K, class V>
+cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt() {
+    ::operator delete(static_cast<void*>(nodes));
+}
+
+template <class K, class V>
+void cow_ConstMapSortedIt<K, V>::First() {
+    ::operator delete(static_cast<void*>(nodes));
+    int const total = map.GetCount();
+    nodes = static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
+    int fill = 0;
+    Collect(map.GetRoot(), nodes, fill);
+    std::qsort(static_cast<void*>(nodes), static_cast<std::size_t>(fill), sizeof(Node const*), compare);
+    nodes[total] = nullptr;
+    position = 0;
+}
+
+template <class K, class V>
+int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const* left, void const* right) {
+    K const& a = (*static_cast<Node const* const*>(left))->key;
+    K const& b = (*static_cast<Node const* const*>(right))->key;
+    if (cow_MapKeyLess(a, b)) return -1;
+    if (cow_MapKeyEqual(a, b)) return 0;
+    return 1;
+}
+
+template <class K, class V>
+cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const& map) {
+    cow_List<K> keys;
+    cow_ConstMapIterator<K, V> it(map);
+    for (it.First(); !it.IsDone(); it.Next()) keys.Append(it.CurrentKey());
+    return keys;
+}
+
+template <class K, class V>
+cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
+    cow_List<V> values;
+    cow_ConstMapIterator<K, V> it(map);
+    for (it.First(); !it.IsDone(); it.Next()) values.Append(it.CurrentValue());
+    return values;
+}
+
+// ---------------------------------------------------------------------------
+// The library's instantiations (zorvancow/instantiations/map.cpp)
+
+#define ZORVANCOW_EXTERN_MAP(K, V)                                             \
+    ZORVANCOW_EXTERN_COW(cow_MapNode<K, V>);                                   \
+    extern template struct ZORVANCOW_API cow_MapNode<K, V>;                    \
+    extern template class ZORVANCOW_API cow_Map<K, V>
+
+ZORVANCOW_EXTERN_MAP(int, int);
+ZORVANCOW_EXTERN_MAP(int, unsigned int);
+ZORVANCOW_EXTERN_MAP(int, float);
+ZORVANCOW_EXTERN_MAP(int, double);
+ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<int>);
+ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<float>);
+ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<cow_String>);
+ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<int>);
+ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<double>);
+ZORVANCOW_EXTERN_MAP(int, cow_String);
+ZORVANCOW_EXTERN_MAP(int, omi_BlkBitVect);
+ZORVANCOW_EXTERN_MAP(unsigned int, int);
+ZORVANCOW_EXTERN_MAP(unsigned int, unsigned int);
+ZORVANCOW_EXTERN_MAP(unsigned int, atr_String);
+ZORVANCOW_EXTERN_MAP(unsigned int, cow_String);
+ZORVANCOW_EXTERN_MAP(cow_String, int);
+ZORVANCOW_EXTERN_MAP(cow_String, unsigned int);
+ZORVANCOW_EXTERN_MAP(cow_String, float);
+ZORVANCOW_EXTERN_MAP(cow_String, double);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_String);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<int>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<float>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<cow_String>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_List<int>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_List<cow_String>);
+ZORVANCOW_EXTERN_MAP(cow_String, cow_FixedArray<double>);
+ZORVANCOW_EXTERN_MAP(cow_String, atr_String);
+
+// The node walk is exported for every row but <unsigned int, int>.
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, int>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, unsigned int>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, float>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, double>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<cow_String>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<double>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_String>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<int, omi_BlkBitVect>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, unsigned int>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, atr_String>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, cow_String>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, int>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, unsigned int>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, float>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, double>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_String>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<cow_String>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_List<int>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_List<cow_String>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_FixedArray<double>>;
+extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, atr_String>;
+
+// The sorted walk is exported for two rows; the other rows build it inline.
+extern template class ZORVANCOW_API cow_ConstMapSortedIt<cow_String, cow_String>;
+extern template class ZORVANCOW_API cow_ConstMapSortedIt<cow_String, float>;
+
+// Keys and values as lists, exported for nine rows; the other rows build
+// them inline.
+extern template class ZORVANCOW_API cow_MapUtils<int, cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_MapUtils<int, cow_1DArrayList<cow_String>>;
+extern template class ZORVANCOW_API cow_MapUtils<unsigned int, atr_String>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, int>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, unsigned int>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, double>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, cow_String>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, cow_1DArrayList<cow_String>>;
+extern template class ZORVANCOW_API cow_MapUtils<cow_String, atr_String>;
+
+#undef ZORVANCOW_EXTERN_MAP
+
+#endif
