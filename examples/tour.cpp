@@ -90,6 +90,41 @@ void TourArrays() {
     std::printf("an iterator walks a snapshot of the copy: sum %ld\n", sum);
 }
 
+void PrintList(char const* name, cow_List<int> const& list) {
+    std::printf("  %s:", name);
+    for (cow_ListIter<int> it(list); !it.IsDone(); it.Next()) std::printf(" %d", it.Current());
+    std::printf("\n");
+}
+
+void TourLists() {
+    Title("lists");
+    cow_List<int> list;
+    for (int i = 1; i <= 40; ++i) list.Append(i * 10 % 37);
+    cow_List<int> edited = list;
+    edited.Prepend(-1).Append(99).RemoveFirst().RemoveFirst();
+    std::printf("a list of 40, a copy edited at both ends (Prepend, Append, RemoveFirst twice):\n");
+    std::printf("  original first %d, count %d; copy first %d, count %d\n", list.ConstGet(0), list.GetCount(),
+                edited.ConstGet(0), edited.GetCount());
+    cow_1DArray<int> const& a = list.GetArray();
+    cow_1DArray<int> const& b = edited.GetArray();
+    int shared = 0;
+    for (int s = 0; s < a.GetCapacity(); ++s) {
+        for (int t = 0; t < b.GetCapacity(); ++t) shared += a.GetBlock(s) != nullptr && a.GetBlock(s) == b.GetBlock(t);
+    }
+    std::printf("  blocks still shared by the two: %d of %d (only the blocks written at the ends were copied)\n",
+                shared, (a.GetSize() + 15) / 16);
+
+    edited.Sort();
+    PrintList("copy sorted", edited);
+    PrintList("original", list);
+    shared = 0;
+    for (int s = 0; s < a.GetCapacity(); ++s) {
+        for (int t = 0; t < edited.GetArray().GetCapacity(); ++t)
+            shared += a.GetBlock(s) != nullptr && a.GetBlock(s) == edited.GetArray().GetBlock(t);
+    }
+    std::printf("  after the sort the copy has storage of its own: %d blocks shared\n", shared);
+}
+
 void TourShapes() {
     Title("fixed shapes and error texts");
     cow_2DArray<int> board(3, 3, 0);
@@ -147,6 +182,7 @@ int main() {
     TourHandles();
     TourStrings();
     TourArrays();
+    TourLists();
     TourShapes();
     TourTables();
 

@@ -7,6 +7,8 @@
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/cow_List.h"
 #include "zorvancow/errors/cow_SystemErrorCode.h"
 #include "zorvancow/shapes/cow_2DArray.h"
 #include "zorvancow/shapes/cow_FixedArray.h"

@@ -216,9 +216,14 @@ private:
     void CopyArray();
 
     int BlockStart() const { return head >> shift; }
-    int BlockEnd() const { return (end + (1 << shift) - 1) >> shift; }
-    // Gives up this array's hold on the table, freeing it when last.
-    void ReleaseTable();
+    // Widened, so that an end near the largest int (a sized array of
+    // 2147483647 elements) does not overflow on rounding up.
+    int BlockEnd() const {
+        return static_cast<int>((static_cast<std::int64_t>(end) + (std::int64_t{1} << shift) - 1) >> shift);
+    }
+    // Gives up this array's hold on the table, freeing it when last. An
+    // internal step, kept out of the library's interface.
+    __attribute__((visibility("hidden"))) void ReleaseTable();
     // Lowers a block's count, destroying it at 0; true when destroyed.
     static bool ReleaseBlock(Block* block) {
         if (!block->Decrement()) return false;
@@ -260,6 +265,13 @@ public:
     cow_1DArrayIter& Advance() {
         if (!StepInBlock()) Next();
         return *this;
+    }
+    // Skips the rest of the current block and stands on the first element
+    // of the next one, as Next does from the last element of a block.
+    cow_1DArrayIter& NextBlock() {
+        position += blockLength - 1 - offset;
+        offset = blockLength - 1;
+        return Next();
     }
 
     // The current element; valid while GetBlockData() is not null and the
@@ -406,7 +418,7 @@ T& cow_1DArray<T>::Get(int i) {
         // On a private table whose slots already reach the new end, growing
         // is only a new end; everything else takes the whole of Grow.
         int newEnd = head + i + 1;
-        if (end != 0 && tableCounter->GetCount() == 1 && ((newEnd + (1 << shift) - 1) >> shift) <= capacity) {
+        if (end != 0 && tableCounter->GetCount() == 1 && ((newEnd - 1) >> shift) < capacity) {
             end = newEnd;
         } else {
             Grow(i + 1);

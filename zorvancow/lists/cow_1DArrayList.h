@@ -1,0 +1,368 @@
+#ifndef ZORVANCOW_LISTS_COW_1DARRAYLIST_H
+#define ZORVANCOW_LISTS_COW_1DARRAYLIST_H
+
+// The array list: an element count of its own on a blocked array.
+//
+// The array gives indexed storage in counted blocks, sharing and growth; the
+// list adds the number of elements, appending, insertion and removal by
+// index, search by value and extraction of a range or a plain C array.
+// Copying a list copies its count and shares the array's table (one
+// increment); a write then unshares the table and the one block written.
+//
+// The array's extent is a high-water mark that the count does not follow:
+// after removals the array reaches beyond the count, and every slot from the
+// count on holds the element's zero value (0, +0.0, false, an empty string or
+// an empty container). Only ClearAll gives that storage back.
+//
+// Element copy, equality and zero value come from cow_Element (see
+// cow_1DArray.h): plain numbers compare with == (a NaN equals nothing, -0.0
+// equals +0.0), strings by bytes, nested lists by IsEqual.
+//
+// No index is checked, and counts are plain integers: even a search copies
+// the array handle, so lists that share storage belong to one thread at a time.
+
+#include <algorithm>
+#include <cstdint>
+
+#include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/core/cow_Export.h"
+
+// The algorithms both list classes share: moving elements to open or close
+// a gap, searching by walking block by block, and element-wise equality.
+// Each takes the array and the element count of the list that calls it.
+template <class T>
+struct cow_ListAlgorithms {
+    // Moves the elements from `from` up to count - 1 one place up, from the
+    // top down, so that slot `from` can take a new element. Both slots of
+    // each move go through Get, so every block passed becomes private.
+    static void OpenGap(cow_1DArray<T>& array, int count, int from) {
+        for (int n = count; n > from; --n) {
+            T const& source = array.Get(n - 1);
+            array.Get(n) = source;
+        }
+    }
+
+    // Removes element `at` of a list whose count has already been lowered
+    // to `count`: moves the elements above it one place down and writes the
+    // zero value into the slot that falls free. With `at` at or beyond the
+    // count nothing moves and the last element is the one removed.
+    static void CloseGap(cow_1DArray<T>& array, int count, int at) {
+        for (int i = at; i < count; ++i) {
+            T const& source = array.Get(i + 1);
+            array.Get(i) = source;
+        }
+        cow_Element<T>::Clear(array.Get(count));
+    }
+
+    // Index of the first element equal to `value`, or -1. Walks a snapshot
+    // of the array one block at a time, comparing inside a block without
+    // going back to the table.
+    static int Find(cow_1DArray<T> const& array, int count, T const& value) {
+        cow_1DArrayIter<T> it(array);
+        int const start = it.GetPosition();
+        int const stop = start + count;
+        while (it.GetPosition() < stop) {
+            T const* data = it.GetBlockData();
+            if (data == nullptr) return -1;  // a hole: nothing below the count was ever there
+            int const offset = it.GetOffset();
+            int const position = it.GetPosition();
+            int run = it.GetBlockLength() - offset;
+            if (run > stop - position) run = stop - position;
+            T const* first = data + offset;
+            T const* found = std::find_if(first, first + run, [&value](T const& element) {
+                return cow_Element<T>::Equal(element, value);
+            });
+            if (found != first + run) return position + static_cast<int>(found - first) - start;
+            it.NextBlock();
+        }
+        return -1;
+    }
+
+    // Element-wise equality of two lists of `count` elements each. Elements
+    // at one address (a block both arrays share) count as equal unread, so a
+    // NaN in a shared block equals itself. Creates absent blocks.
+    static bool Equal(cow_1DArray<T> const& left, cow_1DArray<T> const& right, int count) {
+        for (int i = 0; i < count; ++i) {
+            T const& a = left.PartialArrayConstGet(i);
+            T const& b = right.PartialArrayConstGet(i);
+            if (&a != &b && !cow_Element<T>::Equal(a, b)) return false;
+        }
+        return true;
+    }
+};
+
+template <class T>
+class cow_1DArrayListIter;
+
+// A growable sequence with its own count on a blocked array whose head stays
+// at 0. Also a value type of trees and maps, and an element of lists.
+template <class T>
+class cow_1DArrayList {
+public:
+    // An empty list; allocates only its array's counter.
+    cow_1DArrayList();
+    // Shares the other's storage: copies the count, shares the array's
+    // table. No element is copied.
+    cow_1DArrayList(cow_1DArrayList const& other) : count(other.count), array(other.array) {}
+    // Copies the count, then shares the other's array.
+    cow_1DArrayList& operator=(cow_1DArrayList const& other) {
+        count = other.count;
+        array = other.array;
+        return *this;
+    }
+    // Destroys the array: the last holder of the table releases its blocks.
+    ~cow_1DArrayList();
+
+    // Appends one element: one Get on the array.
+    void Append(T const& value);
+    // Appends the other list's elements one by one. When the other list is
+    // longer, the array's extent is first set to its count (a reservation:
+    // no element below this list's count is touched, and blocks wholly
+    // beyond it are let go). Not for appending a list to itself.
+    void Append(cow_1DArrayList const& other);
+    // Puts `value` in front of the element at `index` (0 to count),
+    // moving the elements above one place up through Get: every block from
+    // `index` on becomes private. `value` is read after the moves. Always true.
+    bool Insert(int index, T const& value);
+    // Removes the element at `index` (the last one when `index` is at or
+    // beyond the count), moving the elements above one place down, and
+    // writes the zero value into the slot that falls free. Every block from
+    // `index` on becomes private. Needs a non-empty list. Always true.
+    bool Remove(int index);
+    // Removes the last element and gives a copy of it. Needs a non-empty list.
+    T Pop();
+    // Empties the list with a new array of its own; other holders of the old
+    // storage keep it.
+    void ClearAll();
+    // Index of the first element equal to `value`, or the count when none.
+    // Linear; copies the array handle for the length of the walk.
+    int FindFirst(T const& value) const;
+    // Index of the last element equal to `value`, or the count when none,
+    // like FindFirst's not-found answer. Linear, from the back.
+    int FindLast(T const& value) const;
+    // Whether some element equals `value`.
+    bool IsMember(T const& value) const;
+    // Removes the first element equal to `value`, if any.
+    void RemoveMember(T const& value);
+    // Appends `value` unless an equal element is held; then nothing changes
+    // and nothing is unshared.
+    void AppendUnlessMember(T const& value);
+    // Same count and element-wise equal; elements at one address count as
+    // equal unread.
+    bool IsEqual(cow_1DArrayList const& other) const;
+    // A new list of the elements from `start` (0 or more unless the range
+    // is empty) up to but not including `stop`, which is clamped to the
+    // count. The result has a table and blocks of its own; strings and
+    // nested arrays in it share through their own counts. Changes nothing here.
+    cow_1DArrayList Slice(int start, int stop);
+    // The same range as Slice(start, stop), given in `out`, whose former
+    // content it replaces.
+    void Slice(int start, int stop, cow_1DArrayList& out) const;
+    // A copy of the elements as a plain array of `size` (set to the count)
+    // elements from array new, which the caller frees with delete[]. With no
+    // elements it is an allocation of none, not null.
+    T* GetCArray(int& size) const;
+
+    // Number of elements.
+    int GetCount() const { return count; }
+    // Element i, read without unsharing (i below the array's size).
+    T const& ConstGet(int i) const { return array.PartialArrayConstGet(i); }
+    // Write access to element i: unshares its block and the table, grows the
+    // array past its end; the count does not change.
+    T& Get(int i) { return array.Get(i); }
+    // Inspection: the storage, to see what is shared.
+    cow_1DArray<T> const& GetArray() const { return array; }
+
+private:
+    friend class cow_1DArrayListIter<T>;
+    typedef cow_ListAlgorithms<T> Algorithms;
+
+    int count;
+    cow_1DArray<T> array;
+};
+
+// Walks an array list as it was when the iterator was made: it holds its own
+// copy of the array, so writes to the list meanwhile go to private storage.
+template <class T>
+class cow_1DArrayListIter : public cow_1DArrayIter<T> {
+public:
+    // Stands on element 0; the walk ends at the list's count of now.
+    explicit cow_1DArrayListIter(cow_1DArrayList<T> const& list)
+        : cow_1DArrayIter<T>(list.array), end(list.count) {}
+    // Releases the iterator's copy of the array.
+    ~cow_1DArrayListIter();
+
+    // Back to element 0.
+    cow_1DArrayListIter& First() {
+        cow_1DArrayIter<T>::First();
+        return *this;
+    }
+    // On to the next element.
+    cow_1DArrayListIter& Next() {
+        this->Advance();
+        return *this;
+    }
+    // True once every element has been visited.
+    bool IsDone() const { return this->position >= end; }
+    // The current element (not after IsDone).
+    T const& Current() const { return this->ConstGet(); }
+
+private:
+    int end;
+};
+
+// ---------------------------------------------------------------------------
+
+template <class T>
+cow_1DArrayList<T>::cow_1DArrayList() : count(0), array() {}
+
+template <class T>
+cow_1DArrayList<T>::~cow_1DArrayList() {}
+
+template <class T>
+void cow_1DArrayList<T>::Append(T const& value) {
+    int p = count;
+    ++count;
+    array.Get(p) = value;
+}
+
+template <class T>
+void cow_1DArrayList<T>::Append(cow_1DArrayList const& other) {
+    if (other.count > count) array.Grow(other.count);
+    for (int i = 0; i < other.count; ++i) {
+        T const& value = other.array.PartialArrayConstGet(i);
+        int p = count;
+        ++count;
+        array.Get(p) = value;
+    }
+}
+
+template <class T>
+bool cow_1DArrayList<T>::Insert(int index, T const& value) {
+    if (index == count) {
+        Append(value);
+        return true;
+    }
+    Algorithms::OpenGap(array, count, index);
+    array.Get(index) = value;
+    ++count;
+    return true;
+}
+
+template <class T>
+bool cow_1DArrayList<T>::Remove(int index) {
+    --count;
+    Algorithms::CloseGap(array, count, index);
+    return true;
+}
+
+template <class T>
+T cow_1DArrayList<T>::Pop() {
+    T last = array.Get(count - 1);
+    Remove(count - 1);
+    return last;
+}
+
+template <class T>
+void cow_1DArrayList<T>::ClearAll() {
+    array = cow_1DArray<T>();
+    count = 0;
+}
+
+template <class T>
+int cow_1DArrayList<T>::FindFirst(T const& value) const {
+    int found = Algorithms::Find(array, count, value);
+    return found < 0 ? count : found;
+}
+
+template <class T>
+int cow_1DArrayList<T>::FindLast(T const& value) const {
+    for (int i = count - 1; i >= 0; --i) {
+        if (cow_Element<T>::Equal(array.PartialArrayConstGet(i), value)) return i;
+    }
+    return count;
+}
+
+template <class T>
+bool cow_1DArrayList<T>::IsMember(T const& value) const {
+    return FindFirst(value) < count;
+}
+
+template <class T>
+void cow_1DArrayList<T>::RemoveMember(T const& value) {
+    int at = FindFirst(value);
+    if (at < count) Remove(at);
+}
+
+template <class T>
+void cow_1DArrayList<T>::AppendUnlessMember(T const& value) {
+    if (!IsMember(value)) Append(value);
+}
+
+template <class T>
+bool cow_1DArrayList<T>::IsEqual(cow_1DArrayList const& other) const {
+    return count == other.count && Algorithms::Equal(array, other.array, count);
+}
+
+template <class T>
+cow_1DArrayList<T> cow_1DArrayList<T>::Slice(int start, int stop) {
+    cow_1DArrayList result;
+    Slice(start, stop, result);
+    return result;
+}
+
+template <class T>
+void cow_1DArrayList<T>::Slice(int start, int stop, cow_1DArrayList& out) const {
+    cow_1DArrayList result;
+    if (stop > count) stop = count;
+    for (int i = start; i < stop; ++i) {
+        T const& value = array.PartialArrayConstGet(i);
+        result.array.Get(result.count) = value;
+        ++result.count;
+    }
+    out = result;
+}
+
+template <class T>
+T* cow_1DArrayList<T>::GetCArray(int& size) const {
+    size = count;
+    T* copy = new T[static_cast<std::size_t>(count)];
+    for (int i = 0; i < count; ++i) copy[i] = array.PartialArrayConstGet(i);
+    return copy;
+}
+
+template <class T>
+cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
+
+// The instantiations the library holds.
+extern template class ZORVANCOW_API cow_1DArrayList<int>;
+extern template class ZORVANCOW_API cow_1DArrayList<unsigned int>;
+extern template class ZORVANCOW_API cow_1DArrayList<float>;
+extern template class ZORVANCOW_API cow_1DArrayList<double>;
+extern template class ZORVANCOW_API cow_1DArrayList<cow_String>;
+
+// Blocked arrays of array lists: the storage of the nested lists.
+extern template class ZORVANCOW_API cow_1DArrayBlock<cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_1DArrayBlock<cow_1DArrayList<double>>;
+extern template class ZORVANCOW_API cow_1DArray<cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_1DArray<cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_1DArray<cow_1DArrayList<double>>;
+extern template class ZORVANCOW_API cow_1DArrayIter<cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_1DArrayIter<cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_1DArrayIter<cow_1DArrayList<double>>;
+
+extern template class ZORVANCOW_API cow_1DArrayList<cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_1DArrayList<cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_1DArrayList<cow_1DArrayList<double>>;
+
+extern template class ZORVANCOW_API cow_1DArrayListIter<int>;
+extern template class ZORVANCOW_API cow_1DArrayListIter<unsigned int>;
+extern template class ZORVANCOW_API cow_1DArrayListIter<float>;
+extern template class ZORVANCOW_API cow_1DArrayListIter<double>;
+extern template class ZORVANCOW_API cow_1DArrayListIter<cow_String>;
+extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<int>>;
+extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<float>>;
+extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<double>>;
+
+#endif

@@ -1,0 +1,401 @@
+#ifndef ZORVANCOW_LISTS_COW_LIST_H
+#define ZORVANCOW_LISTS_COW_LIST_H
+
+// The general list: a count of its own on a blocked array, with work at both
+// ends, insertion and removal by index, search, sort and difference.
+//
+// Taking the first element off and putting one in front move no element:
+// the array keeps a head position that moves instead, so a cow_List serves as
+// a queue or a stack at constant cost. Editing members give the list back so
+// that calls chain: list.Append(1).Prepend(0).Append(2).
+//
+// Copying a list copies its count and shares the array's table (one
+// increment). The first write through either copy gives the writer a table
+// of its own and a private copy of the block written; all other blocks stay
+// shared. Every slot from the count on holds the element's zero value.
+//
+// Element copy, equality and zero value come from cow_Element (see
+// cow_1DArray.h), as for cow_1DArrayList. No index is checked; counts are
+// plain integers, and even a search or a destruction touches them, so lists
+// that share storage belong to one thread at a time.
+
+#include <cstdlib>
+#include <cstring>
+#include <type_traits>
+
+#include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/core/cow_Export.h"
+#include "zorvancow/core/cow_String.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
+
+template <class T>
+class cow_ListIter;
+
+template <class T>
+class cow_List {
+public:
+    // An empty list; allocates only its array's counter.
+    cow_List() : count(0), array() {}
+    // Shares the other's storage: copies the count, shares the table.
+    cow_List(cow_List const& other) : count(other.count), array(other.array) {}
+    // Copies the count, then shares the other's array.
+    cow_List& operator=(cow_List const& other) {
+        count = other.count;
+        array = other.array;
+        return *this;
+    }
+    // Clears first, then destroys the array. On a shared table the clear
+    // takes a private table copy before letting go of the blocks, so the
+    // other holders keep everything.
+    ~cow_List();
+
+    // Appends one element: one Get on the array.
+    cow_List& Append(T const& value);
+    // Appends the other list's elements one by one, after setting the
+    // array's extent to the sum of both counts (a reservation: no element
+    // below this count is touched; blocks wholly beyond the sum are let go,
+    // and a sum of 0 resets the array). Not for appending a list to itself.
+    cow_List& Append(cow_List const& other);
+    // Puts one element in front of the first: no element moves.
+    cow_List& Prepend(T const& value);
+    // Puts `value` behind the element at `index` (-1 to count; -1 puts it
+    // first, count and count - 1 both append). Elements above move one place
+    // up through Get, making their blocks private. `value` is read after
+    // the moves.
+    cow_List& InsertAfter(int index, T const& value);
+    // Removes the element at `index` (the last one when `index` is at or
+    // beyond the count), moving the elements above one place down; the slot
+    // that falls free gets the zero value. Needs a non-empty list.
+    cow_List& RemoveIndex(int index);
+    // Removes the first element without moving any: the head moves on, and
+    // a block left behind is freed. Needs a non-empty list.
+    cow_List& RemoveFirst();
+    // Removes the last element, writing the zero value into its slot.
+    // Needs a non-empty list.
+    cow_List& RemoveLast();
+    // Empties the list and resets its array; other holders of the old table
+    // keep it.
+    cow_List& Clear();
+    // Element i, read without unsharing (i below the array's size). Creates
+    // an absent block, even in a shared table.
+    T const& ConstGet(int i) const;
+    // Write access to element i: unshares the table and the block even when
+    // only read, and grows the array past its end; the count does not change.
+    T& Get(int i);
+
+    // Index (from the first element) of the first element equal to `value`,
+    // or -1. Linear; a NaN is found nowhere.
+    int Position(T const& value) const;
+    // Whether some element equals `value`.
+    bool IsMember(T const& value) const;
+    // Removes the first element equal to `value`, if any.
+    cow_List& Remove(T const& value);
+    // Appends `value` unless an equal element is held.
+    cow_List& AppendUnlessMember(T const& value);
+    // Same count and element-wise equal; elements at one address count as
+    // equal unread. The heads of the two arrays play no part.
+    bool IsEqual(cow_List const& other) const;
+
+    // Sorts ascending in place: the elements go to a buffer, are sorted
+    // there, and come back into a new array of this list's own, which no
+    // other list shares (other holders keep the old order). Elements that
+    // compare equal may come out in any order; a NaN makes the order
+    // unspecified but keeps every element. An empty list is left untouched.
+    // Strings sort by natural order while atr_getNaturalOrder() is on (for
+    // cow_String only; atr_String always sorts by bytes).
+    cow_List& Sort();
+    // The elements of this list that are not members of `other`, in this
+    // list's order and with duplicates kept, in storage of their own. Costs
+    // the product of the two lengths. This list is not changed.
+    cow_List operator-(cow_List const& other);
+
+    // Number of elements.
+    int GetCount() const { return count; }
+    // Inspection: the storage, to see what is shared and where the head is.
+    cow_1DArray<T> const& GetArray() const { return array; }
+
+private:
+    friend class cow_ListIter<T>;
+    typedef cow_ListAlgorithms<T> Algorithms;
+
+    // The order of Sort: negative, 0 or positive as the element at `left`
+    // sorts before, with or after the one at `right`.
+    static int SortCmp(void const* left, void const* right);
+    // Sorts n elements in place by SortCmp: a merge sort that moves the
+    // elements as bytes (see Sort) and needs a scratch buffer of n elements.
+    // An internal step of Sort, kept out of the library's interface.
+    __attribute__((visibility("hidden"))) static void SortBuffer(T* buffer, int n);
+
+    int count;
+    cow_1DArray<T> array;
+};
+
+// Walks a list as it was when the iterator was made: it holds its own copy
+// of the array, so writes to the list meanwhile go to private storage.
+template <class T>
+class cow_ListIter : public cow_1DArrayIter<T> {
+public:
+    // Stands on the first element; the walk ends after the list's count of now.
+    explicit cow_ListIter(cow_List<T> const& list)
+        : cow_1DArrayIter<T>(list.array), end(list.array.GetHeadPosition() + list.count) {}
+    // Releases the iterator's copy of the array.
+    ~cow_ListIter();
+
+    // Back to the first element.
+    cow_ListIter& First() {
+        cow_1DArrayIter<T>::First();
+        return *this;
+    }
+    // On to the next element.
+    cow_ListIter& Next() {
+        this->Advance();
+        return *this;
+    }
+    // True once every element has been visited.
+    bool IsDone() const { return this->position >= end; }
+    // The current element (not after IsDone).
+    T const& Current() const { return this->ConstGet(); }
+
+private:
+    int end;
+};
+
+// The lengths of the shortest and of the longest string of a list, 0 for
+// an empty list. A default string counts as length 0.
+ZORVANCOW_API unsigned int GetLengthShortestString(cow_List<cow_String> const& list);
+ZORVANCOW_API unsigned int GetLengthLongestString(cow_List<cow_String> const& list);
+
+// ---------------------------------------------------------------------------
+
+template <class T>
+cow_List<T>::~cow_List() {
+    Clear();
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::Append(T const& value) {
+    int p = count;
+    ++count;
+    array.Get(p) = value;
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::Append(cow_List const& other) {
+    array.Grow(count + other.count);
+    for (int i = 0; i < other.count; ++i) Append(other.array.PartialArrayConstGet(i));
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::Prepend(T const& value) {
+    array.GetHead() = value;
+    ++count;
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::InsertAfter(int index, T const& value) {
+    if (index == count) return Append(value);
+    Algorithms::OpenGap(array, count, index + 1);
+    array.Get(index + 1) = value;
+    ++count;
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::RemoveIndex(int index) {
+    --count;
+    Algorithms::CloseGap(array, count, index);
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::RemoveFirst() {
+    // Get(0) also leaves the table and the first block private, which the
+    // head step needs; the block is then freed when the head leaves it.
+    cow_Element<T>::Clear(array.Get(0));
+    array.RemoveHead();
+    --count;
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::RemoveLast() {
+    --count;
+    cow_Element<T>::Clear(array.Get(count));
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::Clear() {
+    array.Grow(0);
+    count = 0;
+    return *this;
+}
+
+template <class T>
+T const& cow_List<T>::ConstGet(int i) const {
+    return array.PartialArrayConstGet(i);
+}
+
+template <class T>
+T& cow_List<T>::Get(int i) {
+    return array.Get(i);
+}
+
+template <class T>
+int cow_List<T>::Position(T const& value) const {
+    return Algorithms::Find(array, count, value);
+}
+
+template <class T>
+bool cow_List<T>::IsMember(T const& value) const {
+    return Position(value) >= 0;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::Remove(T const& value) {
+    int at = Position(value);
+    if (at >= 0) RemoveIndex(at);
+    return *this;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::AppendUnlessMember(T const& value) {
+    if (!IsMember(value)) Append(value);
+    return *this;
+}
+
+template <class T>
+bool cow_List<T>::IsEqual(cow_List const& other) const {
+    return count == other.count && Algorithms::Equal(array, other.array, count);
+}
+
+template <class T>
+int cow_List<T>::SortCmp(void const* left, void const* right) {
+    T const& a = *static_cast<T const*>(left);
+    T const& b = *static_cast<T const*>(right);
+    if constexpr (std::is_same<T, cow_String>::value) {
+        return cow_StringOrderCompare(a, b);
+    } else if constexpr (std::is_base_of<atr_StringBase, T>::value) {
+        return cow_StringByteCompare(a, b);
+    } else if constexpr (std::is_same<T, bool>::value) {
+        unsigned char x, y;
+        std::memcpy(&x, &a, 1);
+        std::memcpy(&y, &b, 1);
+        return x < y ? -1 : x == y ? 0 : 1;
+    } else {
+        // With a NaN neither test holds, so the pair gives 1 both ways.
+        return a < b ? -1 : a == b ? 0 : 1;
+    }
+}
+
+template <class T>
+void cow_List<T>::SortBuffer(T* buffer, int n) {
+    // Every step only picks which of two elements goes first, so the
+    // outcome is a permutation of the input whatever SortCmp says, also
+    // when it is no strict order (a NaN): no index ever leaves its run.
+    // Equal elements keep their order, which is more than Sort promises.
+    std::size_t const width = sizeof(T);
+    auto* data = reinterpret_cast<unsigned char*>(buffer);
+    auto at = [width](unsigned char* base, int i) { return base + static_cast<std::size_t>(i) * width; };
+
+    // Runs of up to 16 by insertion.
+    int const run = 16;
+    alignas(T) unsigned char hold[sizeof(T)];
+    for (int lo = 0; lo < n; lo += run) {
+        int hi = lo + run < n ? lo + run : n;
+        for (int i = lo + 1; i < hi; ++i) {
+            int j = i;
+            std::memcpy(hold, at(data, i), width);
+            while (j > lo && SortCmp(hold, at(data, j - 1)) < 0) {
+                std::memcpy(at(data, j), at(data, j - 1), width);
+                --j;
+            }
+            std::memcpy(at(data, j), hold, width);
+        }
+    }
+    if (n <= run) return;
+
+    // Then merges of neighbouring runs, back and forth between the buffer
+    // and the scratch space.
+    auto* scratch = new unsigned char[static_cast<std::size_t>(n) * width];
+    unsigned char* from = data;
+    unsigned char* to = scratch;
+    for (int size = run; size < n; size *= 2) {
+        for (int lo = 0; lo < n; lo += 2 * size) {
+            int mid = lo + size < n ? lo + size : n;
+            int hi = lo + 2 * size < n ? lo + 2 * size : n;
+            int i = lo, j = mid, k = lo;
+            while (i < mid && j < hi) {
+                if (SortCmp(at(from, j), at(from, i)) < 0) {
+                    std::memcpy(at(to, k++), at(from, j++), width);
+                } else {
+                    std::memcpy(at(to, k++), at(from, i++), width);
+                }
+            }
+            if (i < mid) std::memcpy(at(to, k), at(from, i), static_cast<std::size_t>(mid - i) * width);
+            k += mid - i;
+            if (j < hi) std::memcpy(at(to, k), at(from, j), static_cast<std::size_t>(hi - j) * width);
+        }
+        unsigned char* swap = from;
+        from = to;
+        to = swap;
+    }
+    if (from != data) std::memcpy(data, from, static_cast<std::size_t>(n) * width);
+    delete[] scratch;
+}
+
+template <class T>
+cow_List<T>& cow_List<T>::Sort() {
+    int n = count;
+    if (n == 0) return *this;
+    T* buffer = new T[static_cast<std::size_t>(n)];
+    {
+        cow_ListIter<T> it(*this);
+        for (int i = 0; !it.IsDone(); it.Next(), ++i) buffer[i] = it.Current();
+    }
+    // The sort moves elements as bytes. That is sound for every element type
+    // sorted here: strings are two plain words whose count a move leaves as
+    // it is, and each element ends up exactly once in the buffer.
+    SortBuffer(buffer, n);
+    array = cow_1DArray<T>();
+    count = n;
+    for (int i = 0; i < n; ++i) array.Get(i) = buffer[i];
+    delete[] buffer;
+    return *this;
+}
+
+template <class T>
+cow_List<T> cow_List<T>::operator-(cow_List const& other) {
+    cow_List result;
+    for (cow_ListIter<T> it(*this); !it.IsDone(); it.Next()) {
+        if (!other.IsMember(it.Current())) result.Append(it.Current());
+    }
+    return result;
+}
+
+template <class T>
+cow_ListIter<T>::~cow_ListIter() {}
+
+// The instantiations the library holds. Lists of array lists have no search,
+// sort or difference; the library holds their other members only.
+extern template class ZORVANCOW_API cow_List<int>;
+extern template class ZORVANCOW_API cow_List<unsigned int>;
+extern template class ZORVANCOW_API cow_List<bool>;
+extern template class ZORVANCOW_API cow_List<float>;
+extern template class ZORVANCOW_API cow_List<double>;
+extern template class ZORVANCOW_API cow_List<cow_String>;
+extern template class ZORVANCOW_API cow_List<atr_String>;
+extern template class ZORVANCOW_API cow_List<cow_1DArrayList<int>>;
+
+extern template class ZORVANCOW_API cow_ListIter<int>;
+extern template class ZORVANCOW_API cow_ListIter<unsigned int>;
+extern template class ZORVANCOW_API cow_ListIter<bool>;
+extern template class ZORVANCOW_API cow_ListIter<float>;
+extern template class ZORVANCOW_API cow_ListIter<double>;
+extern template class ZORVANCOW_API cow_ListIter<cow_String>;
+extern template class ZORVANCOW_API cow_ListIter<atr_String>;
+
+#endif
