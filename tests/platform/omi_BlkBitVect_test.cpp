@@ -34,6 +34,8 @@ TEST(BlkBitVect, CountStorageAndCopies) {
     long const live = mem_GetLiveBlocks();
     {
         omi_BlkBitVect bits;
+        // Callers read the count in place, at a fixed offset.
+        EXPECT_EQ(reinterpret_cast<char const*>(&bits.count) - reinterpret_cast<char const*>(&bits), 40);
         bits.UnsetBit(kTop);
         EXPECT_EQ(mem_GetLiveBlocks(), live) << "clearing a never-set bit allocates nothing";
         bits.SetBit(0);

@@ -60,13 +60,6 @@ TEST(IntTableIterator, WalksInAscendingSignedOrder) {
     onlyNegative.Last();
     EXPECT_TRUE(onlyNegative.IsDone()) << "Last looks at the non-negative half only";
 
-    Table twice;
-    Fill(twice, {9});
-    twice.Insert(9, cow_String("second"));
-    omi_IntTableIterator<cow_String> latest(twice);
-    latest.First();
-    EXPECT_STREQ(latest.CurrentValue().GetCString(), "second");
-
     // The callback is kept but the walk is the plain one.
     omi_IntTableIterator<cow_String> withCallback(mixed, [](void const*, void const*) { return 0; });
     std::vector<int> keys;
