@@ -5,6 +5,7 @@
 
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/AllocationCounter.h"
@@ -202,6 +203,22 @@ TEST(Map, AbsentKeysGiveADefaultThatNoMapHolds) {
     EXPECT_EQ(map.ConstGet(3).GetHeader(), nullptr);
     EXPECT_EQ(map.Get(4).GetHeader(), nullptr);  // each miss starts from a default
     EXPECT_FALSE(Map::IsAbsent(map.Get(1)));
+
+    // A default with counted storage: copies of it raise its count, so two
+    // threads working on maps that share nothing must not get the same one.
+    using Arrays = cow_Map<int, cow_FixedArray<int>>;
+    Arrays arrays;
+    cow_FixedArray<int> const* mine = &arrays.ConstGet(1);
+    cow_FixedArray<int> const* theirs = nullptr;
+    bool theirsAbsent = false;
+    std::thread([&] {
+        Arrays other;
+        theirs = &other.ConstGet(1);
+        cow_FixedArray<int> copy = *theirs;
+        theirsAbsent = Arrays::IsAbsent(*theirs);
+    }).join();
+    EXPECT_TRUE(theirsAbsent);
+    EXPECT_NE(mine, theirs);
 }
 
 TEST(MapIterator, NodeWalkOrdersAndTheEndMark) {

@@ -113,9 +113,11 @@ struct cow_MapNode {
 // or its destruction. A reference from Get points into storage that a later
 // copy of the map shares, so write through it before copying, not after.
 //
-// Absent keys: Get and ConstGet of a key that is not held create nothing and
-// return a default value that belongs to no map. IsAbsent(reference) tells it
-// apart from a stored value; IsMember asks first.
+// Absent keys: Get and ConstGet of a key that is not held create nothing in
+// the map and return a default value that belongs to no map and to the calling
+// thread alone, so maps on different threads never meet in it. A copy of it
+// shares its storage like any copy, and stays on this thread with it.
+// IsAbsent(reference) tells it apart from a stored value; IsMember asks first.
 template <class K, class V>
 class cow_Map {
 public:
@@ -155,16 +157,16 @@ public:
     V& Get(K const& key);
 
     // The value of `key`, for reading; makes nothing private and allocates
-    // nothing. For an absent key the result is one shared V() that no map holds.
+    // nothing. For an absent key the result is this thread's read-only V(),
+    // made at the first such miss on the thread; no map holds it.
     V const& ConstGet(K const& key) const;
 
     // Number of keys held.
     int GetCount() const { return count; }
 
-    // True when `reference` is what Get or ConstGet give for an absent key.
-    static bool IsAbsent(V const& reference) {
-        return &reference == &GetAbsentValue() || &reference == &GetMissedValue();
-    }
+    // True when `reference` is what Get or ConstGet gave this thread for an
+    // absent key.
+    static bool IsAbsent(V const& reference);
 
     // Inspection: the root handle (its pointee is the root node, null when
     // empty; its share count says how many maps and iterators hold the tree).
@@ -182,7 +184,7 @@ public:
     }
 
 private:
-    // The shared V() of ConstGet misses, and the per-thread scratch of Get misses.
+    // This thread's V() for ConstGet misses and its scratch for Get misses.
     static V const& GetAbsentValue();
     static V& GetMissedValue();
 
@@ -342,7 +344,7 @@ cow_Map<K, V>::~cow_Map() {}
 
 template <class K, class V>
 V const& cow_Map<K, V>::GetAbsentValue() {
-    static V const absent{};
+    static thread_local V const absent{};
     return absent;
 }
 
@@ -350,6 +352,11 @@ template <class K, class V>
 V& cow_Map<K, V>::GetMissedValue() {
     static thread_local V missed{};
     return missed;
+}
+
+template <class K, class V>
+bool cow_Map<K, V>::IsAbsent(V const& reference) {
+    return &reference == &GetAbsentValue() || &reference == &GetMissedValue();
 }
 
 template <class K, class V>
