@@ -1,6 +1,7 @@
 // The map: digits, shapes that follow from them, removal by pull-up, what a
 // write copies, absent keys, and the exact orders of the two walks.
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "support/AllocationCounter.h"
+#include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/map/cow_Map.h"
 #include "zorvanmem/mem_Heap.h"
 #include "zorvanstr/atr_String.h"
@@ -371,4 +373,37 @@ TEST(MapUtils, KeysAndValuesInWalkOrder) {
     cow_ConstMapSortedIt<cow_String, cow_List<cow_String>> sorted((cow_Map<cow_String, cow_List<cow_String>>()));
     sorted.First();
     EXPECT_TRUE(sorted.IsDone());
+}
+
+// The library's boundary: what each row exports and what stays inside. The
+// inline reads, the handle members the map only uses, and the rows that build
+// a class for themselves must not appear.
+TEST(MapExports, ExactlyTheListedMembers) {
+    Dl_info info{};
+    ASSERT_NE(dladdr(reinterpret_cast<void*>(&cow_initialize), &info), 0);
+    void* library = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+    ASSERT_NE(library, nullptr);
+    auto exported = [&](char const* name) { return dlsym(library, name) != nullptr; };
+    for (char const* name : {
+             "_ZNK7cow_MapIiiE8IsMemberERKi", "_ZN7cow_MapIiiE6InsertERKiS2_", "_ZN7cow_MapIiiE6RemoveERKi",
+             "_ZN7cow_MapIiiE3GetERKi", "_ZNK7cow_MapIiiE8ConstGetERKi", "_ZN7cow_MapIiiED1Ev",
+             "_ZN11cow_MapNodeIiiED1Ev", "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EE3GetEv",
+             "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EEC1EPS1_",
+             "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EEC1ERKS1_",
+             "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EED1Ev", "_ZN14cow_CountedHldI11cow_MapNodeIiiEE6DeleteEv",
+             "_ZN14cow_CountedHldI11cow_MapNodeIiiEED1Ev", "_ZN20cow_ConstMapIteratorIiiE5FirstEv",
+             "_ZN20cow_ConstMapIteratorIiiED1Ev", "_ZN20cow_ConstMapSortedItI10cow_StringfE5FirstEv",
+             "_ZN20cow_ConstMapSortedItI10cow_StringfE10AscSortCmpEPKvS3_",
+             "_ZN20cow_ConstMapSortedItI10cow_StringfED1Ev", "_ZN12cow_MapUtilsI10cow_StringiE8cow_KeysERK7cow_MapIS0_iE",
+             "_ZN12cow_MapUtilsI10cow_StringiE10cow_ValuesERK7cow_MapIS0_iE"})
+        EXPECT_TRUE(exported(name)) << name;
+    for (char const* name : {
+             "_ZN20cow_ConstMapSortedItI10cow_StringfE11DescSortCmpEPKvS3_", "_ZNK20cow_ConstMapIteratorIiiE6IsDoneEv",
+             "_ZN20cow_ConstMapIteratorIiiE4NextEv", "_ZN7cow_MapIiiEC1Ev", "_ZNK7cow_MapIiiE8GetCountEv",
+             "_ZN11cow_MapNodeIiiEC1ERKiS2_", "_ZN10cow_DirectI11cow_MapNodeIiiEE4CopyERKS1_",
+             "_ZN14cow_CountedHldI11cow_MapNodeIiiEEaSEPS1_", "_ZN14cow_CountedHldI11cow_MapNodeIiiEEaSERKS2_",
+             "_ZN20cow_ConstMapIteratorIjiE5FirstEv", "_ZN20cow_ConstMapSortedItIiiE5FirstEv",
+             "_ZN12cow_MapUtilsI10cow_StringfE8cow_KeysERK7cow_MapIS0_fE"})
+        EXPECT_FALSE(exported(name)) << name;
+    dlclose(library);
 }
