@@ -139,7 +139,6 @@ TEST(Map, StringKeys) {
 
 TEST(Map, AWriteCopiesExactlyItsPath) {
     auto a = Build({0, 1, 2, 3, 4, 5, 6, 7});
-    EXPECT_EQ(WalkKeys(a), (std::vector<int>{0, 2, 4, 6, 1, 5, 3, 7}));
     cow_Map<int, int> b = a;
     {
         // 6 lies under 0 and 2: three node copies, each a node and a counter.
@@ -225,6 +224,7 @@ TEST(Map, AbsentKeysGiveADefaultThatNoMapHolds) {
 
 TEST(MapIterator, NodeWalkOrdersAndTheEndMark) {
     EXPECT_EQ(WalkKeys(Build({5, 3, 6, 1, 7, 2, 4, 0})), (std::vector<int>{5, 6, 4, 0, 2, 3, 1, 7}));
+    EXPECT_EQ(WalkKeys(Build({0, 1, 2, 3, 4, 5, 6, 7})), (std::vector<int>{0, 2, 4, 6, 1, 5, 3, 7}));
     EXPECT_EQ(WalkKeys(Build({1, 2, 4})), (std::vector<int>{1, 2, 4}));
     EXPECT_EQ(WalkKeys(Build({4, 1, 2})), (std::vector<int>{4, 2, 1}));
 
@@ -318,7 +318,6 @@ TEST(Map, CountedAndDeepValuesStayPerMap) {
     long const blocks = mem_GetLiveBlocks();
     {
         cow_Map<int, omi_BlkBitVect> bits;
-        bits.Get(1);  // absent: nothing stored
         omi_BlkBitVect v;
         v.SetBit(70000);
         bits.Insert(1, v);
@@ -364,15 +363,19 @@ TEST(MapUtils, KeysAndValuesInWalkOrder) {
     keys.Get(0) = 99;
     values.Get(0).Get(0) = -1;
     EXPECT_EQ(map.ConstGet(5).ConstGet(0), 50);
-    EXPECT_TRUE(map.IsMember(5));
 
-    // A row the library does not export builds the same way.
+    // Rows the library does not export build the same way in the caller.
     cow_Map<cow_String, cow_List<int>> lists;
     lists.Insert(cow_String("a"), cow_List<int>().Append(1));
     EXPECT_EQ((cow_MapUtils<cow_String, cow_List<int>>::cow_Values(lists).ConstGet(0).ConstGet(0)), 1);
     cow_ConstMapSortedIt<cow_String, cow_List<cow_String>> sorted((cow_Map<cow_String, cow_List<cow_String>>()));
     sorted.First();
     EXPECT_TRUE(sorted.IsDone());
+    cow_Map<unsigned int, int> unsignedKeys;
+    unsignedKeys.Insert(0x80000000u, 1);
+    cow_ConstMapIterator<unsigned int, int> walk(unsignedKeys);
+    walk.First();
+    EXPECT_EQ(walk.CurrentKey(), 0x80000000u);
 }
 
 // The library's boundary: what each row exports and what stays inside. The
