@@ -566,7 +566,7 @@ inline cow_1DArrayIter<T>::cow_1DArrayIter(cow_1DArray<T> const& source)
 }
 
 template <class T>
-cow_1DArrayIter<T>::~cow_1DArrayIter() {}
+inline cow_1DArrayIter<T>::~cow_1DArrayIter() {}
 
 template <class T>
 inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::First() {

@@ -336,7 +336,7 @@ T* cow_1DArrayList<T>::GetCArray(int& size) const {
 }
 
 template <class T>
-cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
+inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
 
 // The instantiations the library holds.
 extern template class ZORVANCOW_API cow_1DArrayList<int>;

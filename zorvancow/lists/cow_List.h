@@ -382,7 +382,7 @@ cow_List<T> cow_List<T>::operator-(cow_List const& other) {
 }
 
 template <class T>
-cow_ListIter<T>::~cow_ListIter() {}
+inline cow_ListIter<T>::~cow_ListIter() {}
 
 // The instantiations the library holds. Lists of array lists have no search,
 // sort or difference; the library holds their other members only.
