@@ -527,8 +527,14 @@ T& cow_1DArray<T>::GetHead() {
     }
     // Move all free table space in front of the used slots, by pointer, so
     // that the next (gap << shift) - 1 calls only step the head back.
+    // The two ranges overlap whenever more slots are in use than are free.
+    // This move is the cost of front growth: b pointers every time the head
+    // reaches position 0.
     int gap = capacity - b;
-    for (int j = b - 1; j >= 0; --j) table[j + gap] = table[j];
+    if (b > 0) {
+        std::memmove(static_cast<void*>(table + gap), static_cast<void const*>(table),
+                     sizeof(Block*) * static_cast<std::size_t>(b));
+    }
     for (int j = 0, stop = gap < b ? gap : b; j < stop; ++j) table[j] = nullptr;
     head = (gap << shift) - 1;
     end += head;
