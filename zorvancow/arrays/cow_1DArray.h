@@ -252,9 +252,9 @@ private:
 // The iterator never creates a block: at a slot that was never created (a
 // hole) GetBlockData() is null while the position is still below the limit.
 // The end of the walk is told by position, not by the block pointer, and is
-// the caller's to test (the list iterators do it). The constructor, First and
-// Next are defined inline, so a walk makes no call into the library at all
-// until the iterator is destroyed; the instantiations still export them.
+// the caller's to test (the list iterators do it). Every member is defined
+// inline, so a walk calls into the library only when its copy of the array
+// is released at the end; the instantiations still export them.
 template <class T>
 class cow_1DArrayIter {
 public:
