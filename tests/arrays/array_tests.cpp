@@ -188,6 +188,16 @@ TEST(BlockedArray, GetHeadMovesTheTableAndKeepsOffsets) {
     for (int s = 0; s < 17; ++s) EXPECT_EQ(a.GetBlock(s + 17), before[s]) << "blocks move by pointer";
     for (int i = 0; i < 273; ++i) ASSERT_EQ(a.PartialArrayConstGet(i), 272 - i);
 
+    // The next move shifts 34 used slots by 17: source and target overlap.
+    for (int k = 273; k < 544; ++k) a.GetHead() = k;
+    EXPECT_EQ(a.GetHeadPosition(), 0);
+    before.clear();
+    for (int s = 0; s < 34; ++s) before.push_back(a.GetBlock(s));
+    a.GetHead() = 544;
+    EXPECT_EQ(a.GetCapacity(), 51);
+    for (int s = 0; s < 34; ++s) ASSERT_EQ(a.GetBlock(s + 17), before[s]);
+    for (int i = 0; i < 545; ++i) ASSERT_EQ(a.PartialArrayConstGet(i), 544 - i);
+
     // A short array moves its blocks to the back; elements keep their offsets.
     cow_1DArray<int> b;
     Fill(b, 5, 100);
