@@ -174,6 +174,22 @@ TEST(BtreeSharing, RemoveFromACopyLeavesTheOtherTree) {
     EXPECT_EQ(Nodes(a), before);
     EXPECT_EQ(Keys(a), (std::vector<int>{1, 2, 3, 4, 5, 6, 7}));
     for (int key = 1; key <= 7; ++key) EXPECT_EQ(a.ConstGet(key), key * 10);
+
+    // A single child that moves up is still shared with the other tree; the
+    // node that takes it in (or the tree, at the top) makes it private.
+    b = a;
+    EXPECT_TRUE(b.Remove(1));
+    EXPECT_EQ(PrivateKeys(b, a), (std::set<int>{4, 2}));
+    EXPECT_TRUE(b.Remove(2));
+    EXPECT_EQ(PrivateKeys(b, a), (std::set<int>{4, 3}));
+    IntTree pair;
+    pair.InsertUnlessMember(1, 10);
+    pair.InsertUnlessMember(2, 20);
+    IntTree pairCopy = pair;
+    EXPECT_TRUE(pairCopy.Remove(1));
+    EXPECT_EQ(PrivateKeys(pairCopy, pair), (std::set<int>{2}));
+    EXPECT_EQ(pair.GetRoot()->ConstGet()->GetRight()->GetShareCount(), 1);
+    EXPECT_EQ(Nodes(a), before);
 }
 
 TEST(BtreeSharing, AssignmentInItsThreeCasesReleasesWhatNoOneHolds) {
