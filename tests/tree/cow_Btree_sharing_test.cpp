@@ -263,31 +263,4 @@ TEST(BtreeSharing, TreesOfTreesShareAtBothLevels) {
     EXPECT_EQ(copy.ConstGet(cow_String("zz")).GetCount(), 0);
 }
 
-TEST(BtreeSharing, ArraysAsValuesAndTreesAsElementsShareOneLevelDown) {
-    cow_Btree<cow_String, cow_1DArray<cow_String>> lines;
-    cow_1DArray<cow_String> words;
-    words.Get(0) = cow_String("alpha");
-    words.Get(1) = cow_String("beta");
-    lines.InsertUnlessMember(cow_String("w"), words);
-    cow_Btree<cow_String, cow_1DArray<cow_String>> copy = lines;
-    copy.Get(cow_String("w"))->Get(1) = cow_String("gamma");
-    EXPECT_STREQ(lines.ConstGet(cow_String("w")).PartialArrayConstGet(1).GetCString(), "beta");
-    EXPECT_STREQ(copy.ConstGet(cow_String("w")).PartialArrayConstGet(1).GetCString(), "gamma");
-    EXPECT_EQ(words.GetTableShareCount(), 2) << "the tree and the caller's array";
-
-    cow_1DArray<IntTree> forest;
-    forest.Get(3) = Seven();
-    cow_1DArray<IntTree> other = forest;
-    EXPECT_TRUE(other.Get(3).Remove(4));
-    other.Get(20).InsertUnlessMember(1, 1);
-    EXPECT_EQ(forest.PartialArrayConstGet(3).GetCount(), 7);
-    EXPECT_EQ(other.PartialArrayConstGet(3).GetCount(), 6);
-    EXPECT_EQ(forest.GetSize(), 4);
-    EXPECT_EQ(other.PartialArrayConstGet(0).GetRoot(), nullptr);
-    // Copying the block shared the tree; the removal of the root then copied
-    // the walk to its successor, 6 and 5, and nothing else.
-    EXPECT_EQ(PrivateKeys(other.PartialArrayConstGet(3), forest.PartialArrayConstGet(3)),
-              (std::set<int>{5, 6}));
-}
-
 }  // namespace
