@@ -47,78 +47,62 @@ TEST(ShapesModel, RandomSharingAgainstStandardModels) {
 
         for (int step = 0; step < 20000; ++step) {
             int const a = below(5), b = below(5), m = below(4), n = below(4), w = below(words.size());
+            int const value = below(1000), length = below(6), rows = below(4), columns = below(4);
             std::vector<std::string>& model = arrayModels[a];
             MatrixModel& matrixModel = matrixModels[m];
-            switch (below(8)) {
+            switch (below(5)) {
                 case 0:
                     arrays[a] = arrays[b];
                     model = arrayModels[b];
+                    matrices[m] = matrices[n];
+                    matrixModel = matrixModels[n];
                     break;
                 case 1:
-                case 2:
                     if (model.empty()) break;
-                    {
-                        int const i = below(model.size());
-                        arrays[a].Get(i) = pool[w];
-                        model[i] = words[w];
-                    }
+                    arrays[a].Get(length % model.size()) = pool[w];
+                    model[length % model.size()] = words[w];
                     break;
-                case 3: {
-                    int const length = below(6);
+                case 2:
+                    if (matrixModel.cells.empty()) break;
+                    matrices[m].Get(rows % matrixModel.rows, columns % matrixModel.columns) = value;
+                    matrixModel.cells[rows % matrixModel.rows * matrixModel.columns + columns % matrixModel.columns] =
+                        value;
+                    break;
+                case 3:
                     arrays[a] = cow_FixedArray<cow_String>(length, pool[w]);
                     model.assign(length, words[w]);
+                    matrices[m] = cow_2DArray<int>(rows, columns, value);
+                    matrixModel = MatrixModel{rows, columns, std::vector<int>(rows * columns, value)};
                     break;
-                }
                 case 4:
                     ASSERT_EQ(arrays[a] == arrays[b], model == arrayModels[b]) << step;
                     ASSERT_EQ(arrays[a] != arrays[b], model != arrayModels[b]) << step;
                     break;
-                case 5:
-                    matrices[m] = matrices[n];
-                    matrixModel = matrixModels[n];
-                    break;
-                case 6:
-                    if (matrixModel.cells.empty()) break;
-                    {
-                        int const r = below(matrixModel.rows), c = below(matrixModel.columns), value = below(1000);
-                        matrices[m].Get(r, c) = value;
-                        matrixModel.cells[r * matrixModel.columns + c] = value;
-                    }
-                    break;
-                case 7: {
-                    int const rows = below(4), columns = below(4), value = below(1000);
-                    matrices[m] = cow_2DArray<int>(rows, columns, value);
-                    matrixModel = MatrixModel{rows, columns, std::vector<int>(rows * columns, value)};
-                    break;
-                }
             }
 
-            for (std::size_t v = 0; v < arrays.size(); ++v) {
-                ASSERT_EQ(arrays[v].GetSize(), static_cast<int>(arrayModels[v].size())) << step;
-                for (int i = 0; i < arrays[v].GetSize(); ++i)
-                    ASSERT_EQ(arrays[v].ConstGet(i).GetCString(), arrayModels[v][i]) << step;
-            }
-            for (std::size_t v = 0; v < matrices.size(); ++v) {
-                ASSERT_EQ(matrices[v].GetRows(), matrixModels[v].rows) << step;
-                ASSERT_EQ(matrices[v].GetColumns(), matrixModels[v].columns) << step;
-                for (int r = 0; r < matrixModels[v].rows; ++r)
-                    for (int c = 0; c < matrixModels[v].columns; ++c)
-                        ASSERT_EQ(matrices[v].ConstGet(r, c), matrixModels[v].cells[r * matrixModels[v].columns + c])
-                            << step;
-            }
-            ExpectCountsMatchHolders(arrays);
-            ExpectCountsMatchHolders(matrices);
-
-            // Each pool text: the pool's own count plus one per element of
+            // Each pool text is counted by the pool and by every element of
             // each distinct representation.
             std::map<void const*, bool> seen;
             std::map<atr_StringHeader const*, int> elements;
-            for (cow_FixedArray<cow_String> const& array : arrays) {
-                if (seen[array.GetRep()]) continue;
-                seen[array.GetRep()] = true;
-                for (int i = 0; i < array.GetSize(); ++i) ++elements[array.ConstGet(i).GetHeader()];
+            for (std::size_t v = 0; v < arrays.size(); ++v) {
+                ASSERT_EQ(arrays[v].GetSize(), static_cast<int>(arrayModels[v].size())) << step;
+                for (int i = 0; i < arrays[v].GetSize(); ++i) {
+                    ASSERT_EQ(arrays[v].ConstGet(i).GetCString(), arrayModels[v][i]) << step;
+                    if (!seen[arrays[v].GetRep()]) ++elements[arrays[v].ConstGet(i).GetHeader()];
+                }
+                seen[arrays[v].GetRep()] = true;
             }
             for (cow_String const& text : pool) ASSERT_EQ(text.GetShareCount(), 1 + elements[text.GetHeader()]);
+            for (std::size_t v = 0; v < matrices.size(); ++v) {
+                MatrixModel const& expected = matrixModels[v];
+                ASSERT_EQ(matrices[v].GetRows(), expected.rows) << step;
+                ASSERT_EQ(matrices[v].GetColumns(), expected.columns) << step;
+                for (int cell = 0; cell < static_cast<int>(expected.cells.size()); ++cell)
+                    ASSERT_EQ(matrices[v].ConstGet(cell / expected.columns, cell % expected.columns),
+                              expected.cells[cell]) << step;
+            }
+            ExpectCountsMatchHolders(arrays);
+            ExpectCountsMatchHolders(matrices);
         }
     }
     EXPECT_EQ(atr_GetLiveTexts(), textsAtStart);
