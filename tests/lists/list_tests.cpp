@@ -227,6 +227,10 @@ TEST(List, NaNAndSignedZeroInSearchEqualityAndDifference) {
     EXPECT_EQ(a.Position(0.0f), 1);
     EXPECT_TRUE(a.IsEqual(cow_List<float>(a))) << "shared elements are equal by address, NaN too";
     EXPECT_FALSE(a.IsEqual(Of<cow_List<float>>({nan, 0.0f, 1.0f, nan})));
+    auto forty = Counting<cow_List<int>>(40);
+    cow_List<int> changed(forty);
+    changed.Get(30) = -1;
+    EXPECT_FALSE(forty.IsEqual(changed)) << "the first block is shared, a later one differs";
 
     // Difference keeps order and duplicates; NaN is a member of nothing.
     cow_List<float> minusSelf = a - a;
@@ -237,6 +241,7 @@ TEST(List, NaNAndSignedZeroInSearchEqualityAndDifference) {
     auto x = Of<cow_List<int>>({1, 2, 2, 3});
     EXPECT_EQ(Elements(x - Of<cow_List<int>>({2})), (std::vector<int>{1, 3}));
     cow_List<int> kept = x - Of<cow_List<int>>({5});
+    EXPECT_EQ(Elements(kept), Elements(x)) << "duplicates stay";
     EXPECT_NE(kept.GetArray().GetBlock(0), x.GetArray().GetBlock(0)) << "storage of its own even when nothing was dropped";
 }
 
@@ -252,6 +257,7 @@ TEST(List, SortOrdersPerElementTypeIntoStorageOfItsOwn) {
     EXPECT_EQ(Elements(before), elements) << "the copy keeps its order";
     std::sort(elements.begin(), elements.end());
     EXPECT_EQ(Elements(a), elements);
+    EXPECT_EQ(a.GetArray().GetHeadPosition(), 0) << "sorted into a fresh array";
     for (int s = 0; s < a.GetArray().GetCapacity(); ++s) EXPECT_LE(a.GetArray().GetBlockCount(s), 1) << "nothing shared";
 
     EXPECT_EQ(Of<cow_List<unsigned int>>({0xFFFFFFFFu, 1u}).Sort().ConstGet(0), 1u);
