@@ -117,16 +117,22 @@ TEST(BlockedArray, GrowResetsOrShrinksOnlyTheCallersTable) {
 }
 
 TEST(BlockedArray, GetHeadMovesTheTableAndKeepsOffsets) {
-    // 272 calls fill a default array's 17 slots; the next one moves them back.
+    // 272 calls fill a default array's 17 slots; the next one moves them back
+    // by 17. The second such move shifts 34 used slots by 17, so source and
+    // target overlap.
     cow_1DArray<int> a;
-    for (int k = 0; k < 272; ++k) a.GetHead() = k;
-    std::vector<cow_1DArrayBlock<int> const*> before;
-    for (int s = 0; s < 17; ++s) before.push_back(a.GetBlock(s));
-    a.GetHead() = 272;
-    EXPECT_EQ(a.GetCapacity(), 34);
-    EXPECT_EQ(a.GetHeadPosition(), 271);
-    EXPECT_EQ(a.GetEndPosition(), 544);
-    for (int s = 0; s < 17; ++s) EXPECT_EQ(a.GetBlock(s + 17), before[s]) << "blocks move by pointer";
+    int next = 0;
+    for (int used : {17, 34}) {
+        while (next < used * 16) a.GetHead() = next++;
+        std::vector<cow_1DArrayBlock<int> const*> before;
+        for (int s = 0; s < used; ++s) before.push_back(a.GetBlock(s));
+        a.GetHead() = next++;
+        EXPECT_EQ(a.GetCapacity(), used + 17);
+        EXPECT_EQ(a.GetHeadPosition(), 271);
+        EXPECT_EQ(a.GetEndPosition(), 271 + next);
+        for (int s = 0; s < used; ++s) EXPECT_EQ(a.GetBlock(s + 17), before[s]) << "blocks move by pointer";
+    }
+    for (int i = 0; i < next; ++i) ASSERT_EQ(a.PartialArrayConstGet(i), next - 1 - i);
 
     // A short array moves its block to the back; elements keep their addresses.
     cow_1DArray<int> b = Filled(5, 100);

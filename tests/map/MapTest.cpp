@@ -1,13 +1,16 @@
 // The map: digits, shapes that follow from them, removal by pull-up, what a
 // write copies, absent keys, and the exact orders of the two walks.
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "support/AllocationCounter.h"
+#include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/map/cow_Map.h"
 #include "zorvanmem/mem_Heap.h"
 #include "zorvanstr/atr_String.h"
@@ -136,7 +139,6 @@ TEST(Map, StringKeys) {
 
 TEST(Map, AWriteCopiesExactlyItsPath) {
     auto a = Build({0, 1, 2, 3, 4, 5, 6, 7});
-    EXPECT_EQ(WalkKeys(a), (std::vector<int>{0, 2, 4, 6, 1, 5, 3, 7}));
     cow_Map<int, int> b = a;
     {
         // 6 lies under 0 and 2: three node copies, each a node and a counter.
@@ -202,10 +204,27 @@ TEST(Map, AbsentKeysGiveADefaultThatNoMapHolds) {
     EXPECT_EQ(map.ConstGet(3).GetHeader(), nullptr);
     EXPECT_EQ(map.Get(4).GetHeader(), nullptr);  // each miss starts from a default
     EXPECT_FALSE(Map::IsAbsent(map.Get(1)));
+
+    // A default with counted storage: copies of it raise its count, so two
+    // threads working on maps that share nothing must not get the same one.
+    using Arrays = cow_Map<int, cow_FixedArray<int>>;
+    Arrays arrays;
+    cow_FixedArray<int> const* mine = &arrays.ConstGet(1);
+    cow_FixedArray<int> const* theirs = nullptr;
+    bool theirsAbsent = false;
+    std::thread([&] {
+        Arrays other;
+        theirs = &other.ConstGet(1);
+        cow_FixedArray<int> copy = *theirs;
+        theirsAbsent = Arrays::IsAbsent(*theirs);
+    }).join();
+    EXPECT_TRUE(theirsAbsent);
+    EXPECT_NE(mine, theirs);
 }
 
 TEST(MapIterator, NodeWalkOrdersAndTheEndMark) {
     EXPECT_EQ(WalkKeys(Build({5, 3, 6, 1, 7, 2, 4, 0})), (std::vector<int>{5, 6, 4, 0, 2, 3, 1, 7}));
+    EXPECT_EQ(WalkKeys(Build({0, 1, 2, 3, 4, 5, 6, 7})), (std::vector<int>{0, 2, 4, 6, 1, 5, 3, 7}));
     EXPECT_EQ(WalkKeys(Build({1, 2, 4})), (std::vector<int>{1, 2, 4}));
     EXPECT_EQ(WalkKeys(Build({4, 1, 2})), (std::vector<int>{4, 2, 1}));
 
@@ -299,7 +318,6 @@ TEST(Map, CountedAndDeepValuesStayPerMap) {
     long const blocks = mem_GetLiveBlocks();
     {
         cow_Map<int, omi_BlkBitVect> bits;
-        bits.Get(1);  // absent: nothing stored
         omi_BlkBitVect v;
         v.SetBit(70000);
         bits.Insert(1, v);
@@ -345,13 +363,50 @@ TEST(MapUtils, KeysAndValuesInWalkOrder) {
     keys.Get(0) = 99;
     values.Get(0).Get(0) = -1;
     EXPECT_EQ(map.ConstGet(5).ConstGet(0), 50);
-    EXPECT_TRUE(map.IsMember(5));
 
-    // A row the library does not export builds the same way.
+    // Rows the library does not export build the same way in the caller.
     cow_Map<cow_String, cow_List<int>> lists;
     lists.Insert(cow_String("a"), cow_List<int>().Append(1));
     EXPECT_EQ((cow_MapUtils<cow_String, cow_List<int>>::cow_Values(lists).ConstGet(0).ConstGet(0)), 1);
     cow_ConstMapSortedIt<cow_String, cow_List<cow_String>> sorted((cow_Map<cow_String, cow_List<cow_String>>()));
     sorted.First();
     EXPECT_TRUE(sorted.IsDone());
+    cow_Map<unsigned int, int> unsignedKeys;
+    unsignedKeys.Insert(0x80000000u, 1);
+    cow_ConstMapIterator<unsigned int, int> walk(unsignedKeys);
+    walk.First();
+    EXPECT_EQ(walk.CurrentKey(), 0x80000000u);
+}
+
+// The library's boundary: what each row exports and what stays inside. The
+// inline reads, the handle members the map only uses, and the rows that build
+// a class for themselves must not appear.
+TEST(MapExports, ExactlyTheListedMembers) {
+    Dl_info info{};
+    ASSERT_NE(dladdr(reinterpret_cast<void*>(&cow_initialize), &info), 0);
+    void* library = dlopen(info.dli_fname, RTLD_LAZY | RTLD_NOLOAD);
+    ASSERT_NE(library, nullptr);
+    auto exported = [&](char const* name) { return dlsym(library, name) != nullptr; };
+    for (char const* name : {
+             "_ZNK7cow_MapIiiE8IsMemberERKi", "_ZN7cow_MapIiiE6InsertERKiS2_", "_ZN7cow_MapIiiE6RemoveERKi",
+             "_ZN7cow_MapIiiE3GetERKi", "_ZNK7cow_MapIiiE8ConstGetERKi", "_ZN7cow_MapIiiED1Ev",
+             "_ZN11cow_MapNodeIiiED1Ev", "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EE3GetEv",
+             "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EEC1EPS1_",
+             "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EEC1ERKS1_",
+             "_ZN7cow_COWI11cow_MapNodeIiiE10cow_DirectIS1_EED1Ev", "_ZN14cow_CountedHldI11cow_MapNodeIiiEE6DeleteEv",
+             "_ZN14cow_CountedHldI11cow_MapNodeIiiEED1Ev", "_ZN20cow_ConstMapIteratorIiiE5FirstEv",
+             "_ZN20cow_ConstMapIteratorIiiED1Ev", "_ZN20cow_ConstMapSortedItI10cow_StringfE5FirstEv",
+             "_ZN20cow_ConstMapSortedItI10cow_StringfE10AscSortCmpEPKvS3_",
+             "_ZN20cow_ConstMapSortedItI10cow_StringfED1Ev", "_ZN12cow_MapUtilsI10cow_StringiE8cow_KeysERK7cow_MapIS0_iE",
+             "_ZN12cow_MapUtilsI10cow_StringiE10cow_ValuesERK7cow_MapIS0_iE"})
+        EXPECT_TRUE(exported(name)) << name;
+    for (char const* name : {
+             "_ZN20cow_ConstMapSortedItI10cow_StringfE11DescSortCmpEPKvS3_", "_ZNK20cow_ConstMapIteratorIiiE6IsDoneEv",
+             "_ZN20cow_ConstMapIteratorIiiE4NextEv", "_ZN7cow_MapIiiEC1Ev", "_ZNK7cow_MapIiiE8GetCountEv",
+             "_ZN11cow_MapNodeIiiEC1ERKiS2_", "_ZN10cow_DirectI11cow_MapNodeIiiEE4CopyERKS1_",
+             "_ZN14cow_CountedHldI11cow_MapNodeIiiEEaSEPS1_", "_ZN14cow_CountedHldI11cow_MapNodeIiiEEaSERKS2_",
+             "_ZN20cow_ConstMapIteratorIjiE5FirstEv", "_ZN20cow_ConstMapSortedItIiiE5FirstEv",
+             "_ZN12cow_MapUtilsI10cow_StringfE8cow_KeysERK7cow_MapIS0_fE"})
+        EXPECT_FALSE(exported(name)) << name;
+    dlclose(library);
 }

@@ -174,6 +174,22 @@ TEST(BtreeSharing, RemoveFromACopyLeavesTheOtherTree) {
     EXPECT_EQ(Nodes(a), before);
     EXPECT_EQ(Keys(a), (std::vector<int>{1, 2, 3, 4, 5, 6, 7}));
     for (int key = 1; key <= 7; ++key) EXPECT_EQ(a.ConstGet(key), key * 10);
+
+    // A single child that moves up is still shared with the other tree; the
+    // node that takes it in (or the tree, at the top) makes it private.
+    b = a;
+    EXPECT_TRUE(b.Remove(1));
+    EXPECT_EQ(PrivateKeys(b, a), (std::set<int>{4, 2}));
+    EXPECT_TRUE(b.Remove(2));
+    EXPECT_EQ(PrivateKeys(b, a), (std::set<int>{4, 3}));
+    IntTree pair;
+    pair.InsertUnlessMember(1, 10);
+    pair.InsertUnlessMember(2, 20);
+    IntTree pairCopy = pair;
+    EXPECT_TRUE(pairCopy.Remove(1));
+    EXPECT_EQ(PrivateKeys(pairCopy, pair), (std::set<int>{2}));
+    EXPECT_EQ(pair.GetRoot()->ConstGet()->GetRight()->GetShareCount(), 1);
+    EXPECT_EQ(Nodes(a), before);
 }
 
 TEST(BtreeSharing, AssignmentInItsThreeCasesReleasesWhatNoOneHolds) {
@@ -245,33 +261,6 @@ TEST(BtreeSharing, TreesOfTreesShareAtBothLevels) {
     EXPECT_TRUE(inner.IsMember(50));
     EXPECT_EQ(copy.ConstGet(cow_String("a")).GetCount(), 99);
     EXPECT_EQ(copy.ConstGet(cow_String("zz")).GetCount(), 0);
-}
-
-TEST(BtreeSharing, ArraysAsValuesAndTreesAsElementsShareOneLevelDown) {
-    cow_Btree<cow_String, cow_1DArray<cow_String>> lines;
-    cow_1DArray<cow_String> words;
-    words.Get(0) = cow_String("alpha");
-    words.Get(1) = cow_String("beta");
-    lines.InsertUnlessMember(cow_String("w"), words);
-    cow_Btree<cow_String, cow_1DArray<cow_String>> copy = lines;
-    copy.Get(cow_String("w"))->Get(1) = cow_String("gamma");
-    EXPECT_STREQ(lines.ConstGet(cow_String("w")).PartialArrayConstGet(1).GetCString(), "beta");
-    EXPECT_STREQ(copy.ConstGet(cow_String("w")).PartialArrayConstGet(1).GetCString(), "gamma");
-    EXPECT_EQ(words.GetTableShareCount(), 2) << "the tree and the caller's array";
-
-    cow_1DArray<IntTree> forest;
-    forest.Get(3) = Seven();
-    cow_1DArray<IntTree> other = forest;
-    EXPECT_TRUE(other.Get(3).Remove(4));
-    other.Get(20).InsertUnlessMember(1, 1);
-    EXPECT_EQ(forest.PartialArrayConstGet(3).GetCount(), 7);
-    EXPECT_EQ(other.PartialArrayConstGet(3).GetCount(), 6);
-    EXPECT_EQ(forest.GetSize(), 4);
-    EXPECT_EQ(other.PartialArrayConstGet(0).GetRoot(), nullptr);
-    // Copying the block shared the tree; the removal of the root then copied
-    // the walk to its successor, 6 and 5, and nothing else.
-    EXPECT_EQ(PrivateKeys(other.PartialArrayConstGet(3), forest.PartialArrayConstGet(3)),
-              (std::set<int>{5, 6}));
 }
 
 }  // namespace

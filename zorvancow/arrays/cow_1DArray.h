@@ -129,6 +129,12 @@ private:
 // list) because the int instantiation has a member of its own, IsEqual,
 // whose declaration already completes cow_1DArray<int> before its
 // instantiation is announced.
+//
+// The per-element members (Get, PartialArrayConstGet, RemoveHead, the copy)
+// are defined inline below: a caller compiles in the common case (private
+// table, private block, inside the table) and calls into the library only
+// for growth, unsharing or a new block. The explicit instantiations still
+// emit and export them, so the library's interface is the same.
 template <class T>
 class ZORVANCOW_API cow_1DArray {
 public:
@@ -246,7 +252,9 @@ private:
 // The iterator never creates a block: at a slot that was never created (a
 // hole) GetBlockData() is null while the position is still below the limit.
 // The end of the walk is told by position, not by the block pointer, and is
-// the caller's to test (the list iterators do it).
+// the caller's to test (the list iterators do it). Every member is defined
+// inline, so a walk calls into the library only when its copy of the array
+// is released at the end; the instantiations still export them.
 template <class T>
 class cow_1DArrayIter {
 public:
@@ -260,8 +268,7 @@ public:
     cow_1DArrayIter& First();
     // Moves on by one element; no guard past the end, it only counts on.
     cow_1DArrayIter& Next();
-    // The same step as Next, with the step inside a block inline, so that a
-    // walk calls into the library only once per block.
+    // The same step as Next, taking the step inside a block first.
     cow_1DArrayIter& Advance() {
         if (!StepInBlock()) Next();
         return *this;
@@ -353,7 +360,7 @@ cow_1DArray<T>::cow_1DArray(int n)
 }
 
 template <class T>
-cow_1DArray<T>::cow_1DArray(cow_1DArray const& other)
+inline cow_1DArray<T>::cow_1DArray(cow_1DArray const& other)
     : capacity(other.capacity),
       shift(other.shift),
       end(other.end),
@@ -413,7 +420,7 @@ void cow_1DArray<T>::CopyArray() {
 // Access and growth
 
 template <class T>
-T& cow_1DArray<T>::Get(int i) {
+inline T& cow_1DArray<T>::Get(int i) {
     if (i >= end - head) {
         // On a private table whose slots already reach the new end, growing
         // is only a new end; everything else takes the whole of Grow.
@@ -449,7 +456,7 @@ T& cow_1DArray<T>::FullArrayGet(int p) {
 }
 
 template <class T>
-T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
+inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
     int p = head + i;
     int s = p >> shift;
     int o = p - (s << shift);
@@ -520,8 +527,14 @@ T& cow_1DArray<T>::GetHead() {
     }
     // Move all free table space in front of the used slots, by pointer, so
     // that the next (gap << shift) - 1 calls only step the head back.
+    // The two ranges overlap whenever more slots are in use than are free.
+    // This move is the cost of front growth: b pointers every time the head
+    // reaches position 0.
     int gap = capacity - b;
-    for (int j = b - 1; j >= 0; --j) table[j + gap] = table[j];
+    if (b > 0) {
+        std::memmove(static_cast<void*>(table + gap), static_cast<void const*>(table),
+                     sizeof(Block*) * static_cast<std::size_t>(b));
+    }
     for (int j = 0, stop = gap < b ? gap : b; j < stop; ++j) table[j] = nullptr;
     head = (gap << shift) - 1;
     end += head;
@@ -529,7 +542,7 @@ T& cow_1DArray<T>::GetHead() {
 }
 
 template <class T>
-void cow_1DArray<T>::RemoveHead() {
+inline void cow_1DArray<T>::RemoveHead() {
     int s = head >> shift;
     ++head;
     if ((head >> shift) > s && table[s] != nullptr) {
@@ -552,17 +565,17 @@ void cow_1DArray<T>::SetFromArray(T const* src, int n) {
 // Iterator
 
 template <class T>
-cow_1DArrayIter<T>::cow_1DArrayIter(cow_1DArray<T> const& source)
+inline cow_1DArrayIter<T>::cow_1DArrayIter(cow_1DArray<T> const& source)
     : array(source), blockData(nullptr), limit(source.end), blockLength(1 << source.shift), position(0), offset(0) {
     if (array.end - array.head > 0 && array.table[array.head >> array.shift] == nullptr) limit = 0;
     First();
 }
 
 template <class T>
-cow_1DArrayIter<T>::~cow_1DArrayIter() {}
+inline cow_1DArrayIter<T>::~cow_1DArrayIter() {}
 
 template <class T>
-cow_1DArrayIter<T>& cow_1DArrayIter<T>::First() {
+inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::First() {
     position = array.head;
     offset = position - ((position >> array.shift) << array.shift);
     blockData = position < limit ? array.table[position >> array.shift]->data : nullptr;
@@ -570,7 +583,7 @@ cow_1DArrayIter<T>& cow_1DArrayIter<T>::First() {
 }
 
 template <class T>
-cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
+inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
     ++position;
     if (++offset == blockLength) {
         offset = 0;

@@ -20,6 +20,10 @@
 //
 // No index is checked, and counts are plain integers: even a search copies
 // the array handle, so lists that share storage belong to one thread at a time.
+//
+// Append of one element, FindFirst and IsMember are defined inline, so that
+// a caller compiles in the array's common case and the block-wise search;
+// the library's instantiations still export them.
 
 #include <algorithm>
 #include <cstdint>
@@ -220,7 +224,7 @@ template <class T>
 cow_1DArrayList<T>::~cow_1DArrayList() {}
 
 template <class T>
-void cow_1DArrayList<T>::Append(T const& value) {
+inline void cow_1DArrayList<T>::Append(T const& value) {
     int p = count;
     ++count;
     array.Get(p) = value;
@@ -270,7 +274,7 @@ void cow_1DArrayList<T>::ClearAll() {
 }
 
 template <class T>
-int cow_1DArrayList<T>::FindFirst(T const& value) const {
+inline int cow_1DArrayList<T>::FindFirst(T const& value) const {
     int found = Algorithms::Find(array, count, value);
     return found < 0 ? count : found;
 }
@@ -284,7 +288,7 @@ int cow_1DArrayList<T>::FindLast(T const& value) const {
 }
 
 template <class T>
-bool cow_1DArrayList<T>::IsMember(T const& value) const {
+inline bool cow_1DArrayList<T>::IsMember(T const& value) const {
     return FindFirst(value) < count;
 }
 
@@ -332,7 +336,7 @@ T* cow_1DArrayList<T>::GetCArray(int& size) const {
 }
 
 template <class T>
-cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
+inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
 
 // The instantiations the library holds.
 extern template class ZORVANCOW_API cow_1DArrayList<int>;

@@ -18,6 +18,11 @@
 // cow_1DArray.h), as for cow_1DArrayList. No index is checked; counts are
 // plain integers, and even a search or a destruction touches them, so lists
 // that share storage belong to one thread at a time.
+//
+// The per-element members (Append of one element, Prepend, RemoveFirst,
+// ConstGet, Get, Position, IsMember) are defined inline, so that a caller
+// compiles in the array's common case and its block-wise search; the
+// library's instantiations still export them.
 
 #include <cstdlib>
 #include <cstring>
@@ -173,7 +178,7 @@ cow_List<T>::~cow_List() {
 }
 
 template <class T>
-cow_List<T>& cow_List<T>::Append(T const& value) {
+inline cow_List<T>& cow_List<T>::Append(T const& value) {
     int p = count;
     ++count;
     array.Get(p) = value;
@@ -188,7 +193,7 @@ cow_List<T>& cow_List<T>::Append(cow_List const& other) {
 }
 
 template <class T>
-cow_List<T>& cow_List<T>::Prepend(T const& value) {
+inline cow_List<T>& cow_List<T>::Prepend(T const& value) {
     array.GetHead() = value;
     ++count;
     return *this;
@@ -211,7 +216,7 @@ cow_List<T>& cow_List<T>::RemoveIndex(int index) {
 }
 
 template <class T>
-cow_List<T>& cow_List<T>::RemoveFirst() {
+inline cow_List<T>& cow_List<T>::RemoveFirst() {
     // Get(0) also leaves the table and the first block private, which the
     // head step needs; the block is then freed when the head leaves it.
     cow_Element<T>::Clear(array.Get(0));
@@ -235,22 +240,22 @@ cow_List<T>& cow_List<T>::Clear() {
 }
 
 template <class T>
-T const& cow_List<T>::ConstGet(int i) const {
+inline T const& cow_List<T>::ConstGet(int i) const {
     return array.PartialArrayConstGet(i);
 }
 
 template <class T>
-T& cow_List<T>::Get(int i) {
+inline T& cow_List<T>::Get(int i) {
     return array.Get(i);
 }
 
 template <class T>
-int cow_List<T>::Position(T const& value) const {
+inline int cow_List<T>::Position(T const& value) const {
     return Algorithms::Find(array, count, value);
 }
 
 template <class T>
-bool cow_List<T>::IsMember(T const& value) const {
+inline bool cow_List<T>::IsMember(T const& value) const {
     return Position(value) >= 0;
 }
 
@@ -377,7 +382,7 @@ cow_List<T> cow_List<T>::operator-(cow_List const& other) {
 }
 
 template <class T>
-cow_ListIter<T>::~cow_ListIter() {}
+inline cow_ListIter<T>::~cow_ListIter() {}
 
 // The instantiations the library holds. Lists of array lists have no search,
 // sort or difference; the library holds their other members only.

@@ -113,9 +113,11 @@ struct cow_MapNode {
 // or its destruction. A reference from Get points into storage that a later
 // copy of the map shares, so write through it before copying, not after.
 //
-// Absent keys: Get and ConstGet of a key that is not held create nothing and
-// return a default value that belongs to no map. IsAbsent(reference) tells it
-// apart from a stored value; IsMember asks first.
+// Absent keys: Get and ConstGet of a key that is not held create nothing in
+// the map and return a default value that belongs to no map and to the calling
+// thread alone, so maps on different threads never meet in it. A copy of it
+// shares its storage like any copy, and stays on this thread with it.
+// IsAbsent(reference) tells it apart from a stored value; IsMember asks first.
 template <class K, class V>
 class cow_Map {
 public:
@@ -155,16 +157,16 @@ public:
     V& Get(K const& key);
 
     // The value of `key`, for reading; makes nothing private and allocates
-    // nothing. For an absent key the result is one shared V() that no map holds.
+    // nothing. For an absent key the result is this thread's read-only V(),
+    // made at the first such miss on the thread; no map holds it.
     V const& ConstGet(K const& key) const;
 
     // Number of keys held.
     int GetCount() const { return count; }
 
-    // True when `reference` is what Get or ConstGet give for an absent key.
-    static bool IsAbsent(V const& reference) {
-        return &reference == &GetAbsentValue() || &reference == &GetMissedValue();
-    }
+    // True when `reference` is what Get or ConstGet gave this thread for an
+    // absent key.
+    static bool IsAbsent(V const& reference);
 
     // Inspection: the root handle (its pointee is the root node, null when
     // empty; its share count says how many maps and iterators hold the tree).
@@ -182,7 +184,7 @@ public:
     }
 
 private:
-    // The shared V() of ConstGet misses, and the per-thread scratch of Get misses.
+    // This thread's V() for ConstGet misses and its scratch for Get misses.
     static V const& GetAbsentValue();
     static V& GetMissedValue();
 
@@ -342,7 +344,7 @@ cow_Map<K, V>::~cow_Map() {}
 
 template <class K, class V>
 V const& cow_Map<K, V>::GetAbsentValue() {
-    static V const absent{};
+    static thread_local V const absent{};
     return absent;
 }
 
@@ -350,6 +352,11 @@ template <class K, class V>
 V& cow_Map<K, V>::GetMissedValue() {
     static thread_local V missed{};
     return missed;
+}
+
+template <class K, class V>
+bool cow_Map<K, V>::IsAbsent(V const& reference) {
+    return &reference == &GetAbsentValue() || &reference == &GetMissedValue();
 }
 
 template <class K, class V>
@@ -493,84 +500,118 @@ cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
 
 // ---------------------------------------------------------------------------
 // The library's instantiations (zorvancow/instantiations/map.cpp)
+//
+// Exported member by member: an explicitly instantiated class would export
+// its inline reads and private helpers too. The handle members a map only
+// uses (the node copy and both assignments) stay inside, as do the rows that
+// build an iterator or the utilities for themselves. The same macros, with
+// `template` for `extern template`, make the definitions.
 
-#define ZORVANCOW_EXTERN_MAP(K, V)                                             \
-    ZORVANCOW_EXTERN_COW(cow_MapNode<K, V>);                                   \
-    extern template struct ZORVANCOW_API cow_MapNode<K, V>;                    \
-    extern template class ZORVANCOW_API cow_Map<K, V>
+#define ZORVANCOW_MAP_MEMBERS(EXTERN, K, V)                                                     \
+    EXTERN ZORVANCOW_API cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::cow_COW(    \
+        cow_MapNode<K, V> const&);                                                              \
+    EXTERN ZORVANCOW_API cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::cow_COW(    \
+        cow_MapNode<K, V>*);                                                                    \
+    EXTERN ZORVANCOW_API cow_MapNode<K, V>& cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::Get(); \
+    EXTERN ZORVANCOW_API cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::~cow_COW(); \
+    EXTERN ZORVANCOW_API void cow_CountedHld<cow_MapNode<K, V>>::Delete();                     \
+    EXTERN ZORVANCOW_API cow_CountedHld<cow_MapNode<K, V>>::~cow_CountedHld();                 \
+    EXTERN ZORVANCOW_API cow_MapNode<K, V>::~cow_MapNode();                                     \
+    EXTERN ZORVANCOW_API bool cow_Map<K, V>::IsMember(K const&) const;                          \
+    EXTERN ZORVANCOW_API bool cow_Map<K, V>::Insert(K const&, V const&);                        \
+    EXTERN ZORVANCOW_API bool cow_Map<K, V>::Remove(K const&);                                  \
+    EXTERN ZORVANCOW_API V& cow_Map<K, V>::Get(K const&);                                       \
+    EXTERN ZORVANCOW_API V const& cow_Map<K, V>::ConstGet(K const&) const;                      \
+    EXTERN ZORVANCOW_API bool cow_Map<K, V>::IsAbsent(V const&);                                \
+    EXTERN ZORVANCOW_API cow_Map<K, V>::~cow_Map()
 
-ZORVANCOW_EXTERN_MAP(int, int);
-ZORVANCOW_EXTERN_MAP(int, unsigned int);
-ZORVANCOW_EXTERN_MAP(int, float);
-ZORVANCOW_EXTERN_MAP(int, double);
-ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<int>);
-ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<float>);
-ZORVANCOW_EXTERN_MAP(int, cow_1DArrayList<cow_String>);
-ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<int>);
-ZORVANCOW_EXTERN_MAP(int, cow_FixedArray<double>);
-ZORVANCOW_EXTERN_MAP(int, cow_String);
-ZORVANCOW_EXTERN_MAP(int, omi_BlkBitVect);
-ZORVANCOW_EXTERN_MAP(unsigned int, int);
-ZORVANCOW_EXTERN_MAP(unsigned int, unsigned int);
-ZORVANCOW_EXTERN_MAP(unsigned int, atr_String);
-ZORVANCOW_EXTERN_MAP(unsigned int, cow_String);
-ZORVANCOW_EXTERN_MAP(cow_String, int);
-ZORVANCOW_EXTERN_MAP(cow_String, unsigned int);
-ZORVANCOW_EXTERN_MAP(cow_String, float);
-ZORVANCOW_EXTERN_MAP(cow_String, double);
-ZORVANCOW_EXTERN_MAP(cow_String, cow_String);
-ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<int>);
-ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<float>);
-ZORVANCOW_EXTERN_MAP(cow_String, cow_1DArrayList<cow_String>);
-ZORVANCOW_EXTERN_MAP(cow_String, cow_List<int>);
-ZORVANCOW_EXTERN_MAP(cow_String, cow_List<cow_String>);
-ZORVANCOW_EXTERN_MAP(cow_String, cow_FixedArray<double>);
-ZORVANCOW_EXTERN_MAP(cow_String, atr_String);
+#define ZORVANCOW_MAP_ITERATOR_MEMBERS(EXTERN, K, V)                                            \
+    EXTERN ZORVANCOW_API void cow_ConstMapIterator<K, V>::First();                              \
+    EXTERN ZORVANCOW_API cow_ConstMapIterator<K, V>::~cow_ConstMapIterator()
 
-// The node walk is exported for every row but <unsigned int, int>.
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, int>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, unsigned int>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, float>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, double>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<float>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_1DArrayList<cow_String>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<int>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_FixedArray<double>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, cow_String>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<int, omi_BlkBitVect>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, unsigned int>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, atr_String>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<unsigned int, cow_String>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, int>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, unsigned int>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, float>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, double>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_String>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<float>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_1DArrayList<cow_String>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_List<int>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_List<cow_String>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, cow_FixedArray<double>>;
-extern template class ZORVANCOW_API cow_ConstMapIterator<cow_String, atr_String>;
+#define ZORVANCOW_MAP_SORTED_MEMBERS(EXTERN, K, V)                                              \
+    EXTERN ZORVANCOW_API void cow_ConstMapSortedIt<K, V>::First();                              \
+    EXTERN ZORVANCOW_API int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const*, void const*);  \
+    EXTERN ZORVANCOW_API cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt()
 
-// The sorted walk is exported for two rows; the other rows build it inline.
-extern template class ZORVANCOW_API cow_ConstMapSortedIt<cow_String, cow_String>;
-extern template class ZORVANCOW_API cow_ConstMapSortedIt<cow_String, float>;
+#define ZORVANCOW_MAP_UTILS_MEMBERS(EXTERN, K, V)                                               \
+    EXTERN ZORVANCOW_API cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const&);        \
+    EXTERN ZORVANCOW_API cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const&)
 
-// Keys and values as lists, exported for nine rows; the other rows build
-// them inline.
-extern template class ZORVANCOW_API cow_MapUtils<int, cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_MapUtils<int, cow_1DArrayList<cow_String>>;
-extern template class ZORVANCOW_API cow_MapUtils<unsigned int, atr_String>;
-extern template class ZORVANCOW_API cow_MapUtils<cow_String, int>;
-extern template class ZORVANCOW_API cow_MapUtils<cow_String, unsigned int>;
-extern template class ZORVANCOW_API cow_MapUtils<cow_String, double>;
-extern template class ZORVANCOW_API cow_MapUtils<cow_String, cow_String>;
-extern template class ZORVANCOW_API cow_MapUtils<cow_String, cow_1DArrayList<cow_String>>;
-extern template class ZORVANCOW_API cow_MapUtils<cow_String, atr_String>;
+#define ZORVANCOW_MAP_EXTERN extern template
 
-#undef ZORVANCOW_EXTERN_MAP
+// The map, its node and the node's handle members: all 27 rows.
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, int);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, unsigned int);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, float);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, double);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<int>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<float>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<cow_String>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<int>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<double>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_String);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, omi_BlkBitVect);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, int);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, unsigned int);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, atr_String);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, cow_String);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, int);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, unsigned int);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, float);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, double);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<int>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<float>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<cow_String>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<int>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<cow_String>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_FixedArray<double>);
+ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, atr_String);
+
+// The node walk: every row but <unsigned int, int>.
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, int);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, unsigned int);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, float);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, double);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<int>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<float>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<cow_String>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<int>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<double>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_String);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, omi_BlkBitVect);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, unsigned int);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, atr_String);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, cow_String);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, int);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, unsigned int);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, float);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, double);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<int>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<float>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<cow_String>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<int>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<cow_String>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_FixedArray<double>);
+ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, atr_String);
+
+// The sorted walk: two rows; DescSortCmp stays inside.
+ZORVANCOW_MAP_SORTED_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
+ZORVANCOW_MAP_SORTED_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, float);
+
+// Keys and values as lists: nine rows.
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<int>);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<cow_String>);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, atr_String);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, int);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, unsigned int);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, double);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<cow_String>);
+ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, atr_String);
+
+#undef ZORVANCOW_MAP_EXTERN
 
 #endif
