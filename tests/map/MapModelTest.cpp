@@ -8,6 +8,7 @@
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/AllocationCounter.h"
@@ -22,7 +23,7 @@ using Map = cow_Map<cow_String, int>;
 
 // The map's entries, read by a node walk; a key seen twice fails.
 template <class Iterator>
-Model Read(Iterator& it) {
+Model Read(Iterator&& it) {
     Model read;
     for (it.First(); !it.IsDone(); it.Next())
         EXPECT_TRUE(read.emplace(it.CurrentKey().GetCString(), it.CurrentValue()).second);
@@ -32,8 +33,7 @@ Model Read(Iterator& it) {
 void Check(Map const& map, Model const& model) {
     ASSERT_EQ(map.GetCount(), static_cast<int>(model.size()));
     for (auto const& [key, value] : model) ASSERT_EQ(map.ConstGet(cow_String(key.c_str())), value);
-    cow_ConstMapIterator<cow_String, int> it(map);
-    ASSERT_EQ(Read(it), model);
+    ASSERT_EQ(Read(cow_ConstMapIterator<cow_String, int>(map)), model);
 }
 
 }  // namespace
@@ -46,32 +46,28 @@ TEST(MapModel, SharingMapsAndSnapshotsAgainstStdMap) {
         pool.push_back(std::string(1, x));
         for (char y : {'a', 'q', 'b', '1'}) pool.insert(pool.end(), {std::string{x, y}, std::string{x, 'a', y}});
     }
-    long const texts = atr_GetLiveTexts();
-    long const blocks = mem_GetLiveBlocks();
+    long const texts = atr_GetLiveTexts(), blocks = mem_GetLiveBlocks();
     testing_support::AllocationScope scope;
     {
         constexpr int kMaps = 4;
         Map maps[kMaps];
         Model models[kMaps];
-        std::vector<std::unique_ptr<cow_ConstMapIterator<cow_String, int>>> iterators;
-        std::vector<Model> snapshots;
+        // Live iterators, each with the model of the map it was taken from.
+        std::vector<std::pair<std::unique_ptr<cow_ConstMapIterator<cow_String, int>>, Model>> live;
         std::mt19937 random(20261123u);
         auto pick = [&](std::size_t n) { return static_cast<std::size_t>(random() % n); };
 
         for (int step = 0; step < 20000 && !HasFailure(); ++step) {
-            std::size_t const m = pick(kMaps);
+            std::size_t m = pick(kMaps), from = pick(kMaps);
             std::string const& key = pool[pick(pool.size())];
             cow_String const cowKey(key.c_str());
             int const value = static_cast<int>(pick(1000));
             switch (pick(9)) {
-                case 0:
-                case 1:
-                case 2:
+                case 0: case 1: case 2:
                     maps[m].Insert(cowKey, value);
                     models[m][key] = value;
                     break;
-                case 3:
-                case 4:
+                case 3: case 4:
                     ASSERT_EQ(maps[m].Remove(cowKey), models[m].erase(key) == 1) << "step " << step;
                     break;
                 case 5: {
@@ -81,29 +77,23 @@ TEST(MapModel, SharingMapsAndSnapshotsAgainstStdMap) {
                     if (models[m].count(key) != 0) models[m][key] = value;
                     break;
                 }
-                case 6: {
-                    std::size_t const from = pick(kMaps);
-                    maps[m] = maps[from];
-                    models[m] = models[from];
+                case 6:
+                    maps[m] = maps[from], models[m] = models[from];
                     break;
-                }
                 case 7:
-                    if (iterators.size() < 3) {
-                        iterators.emplace_back(new cow_ConstMapIterator<cow_String, int>(maps[m]));
-                        snapshots.push_back(models[m]);
-                    } else {
-                        std::size_t const which = pick(iterators.size());
-                        ASSERT_EQ(Read(*iterators[which]), snapshots[which]) << "step " << step;
-                        iterators.erase(iterators.begin() + static_cast<long>(which));
-                        snapshots.erase(snapshots.begin() + static_cast<long>(which));
+                    if (live.size() < 3) {
+                        live.emplace_back(new cow_ConstMapIterator<cow_String, int>(maps[m]), models[m]);
+                        break;
                     }
+                    m = pick(live.size());
+                    ASSERT_EQ(Read(*live[m].first), live[m].second) << "step " << step;
+                    live.erase(live.begin() + static_cast<long>(m));
                     break;
                 default: {
                     cow_ConstMapSortedIt<cow_String, int> sorted(maps[m]);
                     auto entry = models[m].begin();
                     for (sorted.First(); !sorted.IsDone(); sorted.Next(), ++entry)
                         ASSERT_EQ(sorted.CurrentKey().GetCString(), entry->first) << "step " << step;
-                    break;
                 }
             }
             for (int i = 0; i < kMaps; ++i) Check(maps[i], models[i]);
