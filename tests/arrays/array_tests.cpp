@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "support/AllocationCounter.h"
+#include "support/NoLeaks.h"
 #include "zorvancow/arrays/cow_1DArray.h"
 
 namespace {
@@ -25,18 +26,7 @@ std::vector<int> Values(cow_1DArray<int> const& a) {
     return out;
 }
 
-// Declared first in a test, it checks on the way out that every block, text
-// and operator-new allocation made inside the test was given back.
-struct NoLeaks {
-    long blocks = mem_GetLiveBlocks();
-    long texts = atr_GetLiveTexts();
-    std::size_t news = testing_support::NewCalls() - testing_support::DeleteCalls();
-    ~NoLeaks() {
-        EXPECT_EQ(mem_GetLiveBlocks(), blocks);
-        EXPECT_EQ(atr_GetLiveTexts(), texts);
-        EXPECT_EQ(testing_support::NewCalls() - testing_support::DeleteCalls(), news);
-    }
-};
+using testing_support::NoLeaks;
 
 TEST(BlockedArray, SizedConstructionPicksBlockLengthFromTheFloatExponent) {
     int const rows[][3] = {{-7, 4, 16},     {255, 4, 16},     {256, 5, 24},       {257, 5, 25},

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "support/AllocationCounter.h"
+#include "support/NoLeaks.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
@@ -44,18 +45,7 @@ List Counting(int n) {
     return list;
 }
 
-// Declared first in a test, it checks on the way out that every block, text
-// and operator-new allocation made inside the test was given back.
-struct NoLeaks {
-    long blocks = mem_GetLiveBlocks();
-    long texts = atr_GetLiveTexts();
-    std::size_t news = testing_support::NewCalls() - testing_support::DeleteCalls();
-    ~NoLeaks() {
-        EXPECT_EQ(mem_GetLiveBlocks(), blocks);
-        EXPECT_EQ(atr_GetLiveTexts(), texts);
-        EXPECT_EQ(testing_support::NewCalls() - testing_support::DeleteCalls(), news);
-    }
-};
+using testing_support::NoLeaks;
 
 // ---------------------------------------------------------------------------
 // cow_1DArrayList
