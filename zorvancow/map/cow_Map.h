@@ -239,6 +239,20 @@ public:
     // Inspection: the snapshot the iterator walks.
     cow_Map<K, V> const& GetMap() const { return map; }
 
+    // The node array of a walk of `snapshot`: frees `old`, then collects the
+    // nodes in pre-order (node, left subtree, right subtree) into a fresh
+    // array of count + 1 pointers whose last entry is the null end mark.
+    // One allocation and one visit per node; the sorted walk uses it too.
+    static Node const** CollectNodes(cow_Map<K, V> const& snapshot, Node const** old) {
+        ::operator delete(static_cast<void*>(old));
+        int const total = snapshot.GetCount();
+        auto into = static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
+        int fill = 0;
+        Collect(snapshot.GetRoot(), into, fill);
+        into[total] = nullptr;
+        return into;
+    }
+
 private:
     static void Collect(typename Node::Link const& link, Node const** into, int& fill) {
         Node const* node = link.ConstGet();
@@ -302,14 +316,6 @@ public:
     cow_Map<K, V> const& GetMap() const { return map; }
 
 private:
-    static void Collect(typename Node::Link const& link, Node const** into, int& fill) {
-        Node const* node = link.ConstGet();
-        if (node == nullptr) return;
-        into[fill++] = node;
-        Collect(node->child[0], into, fill);
-        Collect(node->child[1], into, fill);
-    }
-
     cow_Map<K, V> map;
     int position;
     Node const** nodes;
@@ -447,12 +453,7 @@ cow_ConstMapIterator<K, V>::~cow_ConstMapIterator() {
 
 template <class K, class V>
 void cow_ConstMapIterator<K, V>::First() {
-    ::operator delete(static_cast<void*>(nodes));
-    int const total = map.GetCount();
-    nodes = static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
-    int fill = 0;
-    Collect(map.GetRoot(), nodes, fill);
-    nodes[total] = nullptr;
+    nodes = CollectNodes(map, nodes);
     position = 0;
 }
 
@@ -463,13 +464,8 @@ cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt() {
 
 template <class K, class V>
 void cow_ConstMapSortedIt<K, V>::First() {
-    ::operator delete(static_cast<void*>(nodes));
-    int const total = map.GetCount();
-    nodes = static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
-    int fill = 0;
-    Collect(map.GetRoot(), nodes, fill);
-    std::qsort(static_cast<void*>(nodes), static_cast<std::size_t>(fill), sizeof(Node const*), compare);
-    nodes[total] = nullptr;
+    nodes = cow_ConstMapIterator<K, V>::CollectNodes(map, nodes);
+    std::qsort(static_cast<void*>(nodes), static_cast<std::size_t>(map.GetCount()), sizeof(Node const*), compare);
     position = 0;
 }
 
