@@ -185,34 +185,45 @@ private:
     cow_1DArray<T> array;
 };
 
-// Walks an array list as it was when the iterator was made: it holds its own
-// copy of the array, so writes to the list meanwhile go to private storage.
-template <class T>
-class cow_1DArrayListIter : public cow_1DArrayIter<T> {
+// The walk that both list iterators share: a snapshot walk of the list's
+// array (cow_1DArrayIter) that ends at a position fixed when the iterator was
+// made, the list's end at that moment. `Iter` is the concrete iterator, so
+// that First and Next chain on it.
+template <class T, class Iter>
+class cow_ListWalk : public cow_1DArrayIter<T> {
 public:
-    // Stands on element 0; the walk ends at the list's count of now.
-    explicit cow_1DArrayListIter(cow_1DArrayList<T> const& list)
-        : cow_1DArrayIter<T>(list.array), end(list.count) {}
-    // Releases the iterator's copy of the array.
-    ~cow_1DArrayListIter();
-
-    // Back to element 0.
-    cow_1DArrayListIter& First() {
+    // Back to the first element.
+    Iter& First() {
         cow_1DArrayIter<T>::First();
-        return *this;
+        return static_cast<Iter&>(*this);
     }
     // On to the next element.
-    cow_1DArrayListIter& Next() {
+    Iter& Next() {
         this->Advance();
-        return *this;
+        return static_cast<Iter&>(*this);
     }
     // True once every element has been visited.
     bool IsDone() const { return this->position >= end; }
     // The current element (not after IsDone).
     T const& Current() const { return this->ConstGet(); }
 
+protected:
+    cow_ListWalk(cow_1DArray<T> const& array, int end) : cow_1DArrayIter<T>(array), end(end) {}
+
 private:
     int end;
+};
+
+// Walks an array list as it was when the iterator was made: it holds its own
+// copy of the array, so writes to the list meanwhile go to private storage.
+template <class T>
+class cow_1DArrayListIter : public cow_ListWalk<T, cow_1DArrayListIter<T>> {
+public:
+    // Stands on element 0; the walk ends at the list's count of now.
+    explicit cow_1DArrayListIter(cow_1DArrayList<T> const& list)
+        : cow_ListWalk<T, cow_1DArrayListIter>(list.array, list.count) {}
+    // Releases the iterator's copy of the array.
+    ~cow_1DArrayListIter();
 };
 
 // ---------------------------------------------------------------------------

@@ -138,31 +138,13 @@ private:
 // Walks a list as it was when the iterator was made: it holds its own copy
 // of the array, so writes to the list meanwhile go to private storage.
 template <class T>
-class cow_ListIter : public cow_1DArrayIter<T> {
+class cow_ListIter : public cow_ListWalk<T, cow_ListIter<T>> {
 public:
     // Stands on the first element; the walk ends after the list's count of now.
     explicit cow_ListIter(cow_List<T> const& list)
-        : cow_1DArrayIter<T>(list.array), end(list.array.GetHeadPosition() + list.count) {}
+        : cow_ListWalk<T, cow_ListIter>(list.array, list.array.GetHeadPosition() + list.count) {}
     // Releases the iterator's copy of the array.
     ~cow_ListIter();
-
-    // Back to the first element.
-    cow_ListIter& First() {
-        cow_1DArrayIter<T>::First();
-        return *this;
-    }
-    // On to the next element.
-    cow_ListIter& Next() {
-        this->Advance();
-        return *this;
-    }
-    // True once every element has been visited.
-    bool IsDone() const { return this->position >= end; }
-    // The current element (not after IsDone).
-    T const& Current() const { return this->ConstGet(); }
-
-private:
-    int end;
 };
 
 // The lengths of the shortest and of the longest string of a list, 0 for
