@@ -284,9 +284,9 @@ void cow_List<T>::SortBuffer(T* buffer, int n) {
     // outcome is a permutation of the input whatever SortCmp says, also
     // when it is no strict order (a NaN): no index ever leaves its run.
     // Equal elements keep their order, which is more than Sort promises.
-    std::size_t const width = sizeof(T);
+    constexpr std::size_t width = sizeof(T);
     auto* data = reinterpret_cast<unsigned char*>(buffer);
-    auto at = [width](unsigned char* base, int i) { return base + static_cast<std::size_t>(i) * width; };
+    auto at = [](unsigned char* base, int i) { return base + static_cast<std::size_t>(i) * width; };
 
     // Runs of up to 16 by insertion.
     int const run = 16;
