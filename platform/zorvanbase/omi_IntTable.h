@@ -16,7 +16,7 @@
 #include "zorvan_export.h"
 
 template <class T>
-class ZORVAN_TYPE omi_IntTable;
+class omi_IntTable;
 
 template <class T>
 struct cow_Direct;

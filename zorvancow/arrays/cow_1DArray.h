@@ -46,7 +46,7 @@
 //   empty containers; a copy raises counts one level down. Equality is the
 //   element's IsEqual where it has one, else its ==.
 template <class T>
-struct ZORVANCOW_TYPE cow_Element {
+struct cow_Element {
     // True for the element types that live as plain bytes.
     static constexpr bool plain = std::is_trivially_copyable<T>::value;
 
@@ -99,7 +99,7 @@ class cow_1DArrayIter;
 // does not know its length; every array holding it has the same shift and
 // passes the length in. Allocated and freed through cow_Counter's operators.
 template <class T>
-class ZORVANCOW_TYPE cow_1DArrayBlock : public cow_Counter {
+class cow_1DArrayBlock : public cow_Counter {
 public:
     // A block of n default elements (zero bytes, empty strings or containers).
     explicit cow_1DArrayBlock(int n);
@@ -256,7 +256,7 @@ private:
 // inline, so a walk calls into the library only when its copy of the array
 // is released at the end; the instantiations still export them.
 template <class T>
-class ZORVANCOW_TYPE cow_1DArrayIter {
+class cow_1DArrayIter {
 public:
     // Copies the array and stands on its first element. When the head's
     // block is absent the whole walk counts as empty (limit 0).

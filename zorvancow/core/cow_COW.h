@@ -38,7 +38,7 @@ private:
 // (an empty handle is still live: it has a counter and copies like any
 // other). A pointee handed over as T* must come from the global operator new.
 template <class T>
-class ZORVANCOW_TYPE cow_CountedHld {
+class cow_CountedHld {
 public:
     // Adopts `object` (which may be null) with a new counter at 1.
     explicit cow_CountedHld(T* object) : counter(new cow_Counter), pointee(object) {}
@@ -76,7 +76,7 @@ protected:
 
 // The library's one copy policy: a full copy through T's copy constructor.
 template <class T>
-struct ZORVANCOW_TYPE cow_Direct {
+struct cow_Direct {
     // A new T copied from `source`, from the global operator new.
     static T* Copy(T const& source);
 };
@@ -86,7 +86,7 @@ struct ZORVANCOW_TYPE cow_Direct {
 // How deep the copy goes is the pointee's matter: tree and map nodes copy
 // one node and share their children.
 template <class T, class Cp = cow_Direct<T>>
-class ZORVANCOW_TYPE cow_COW : public cow_CountedHld<T> {
+class cow_COW : public cow_CountedHld<T> {
 public:
     // Starts from a private copy of `source`.
     explicit cow_COW(T const& source);

@@ -13,15 +13,4 @@
 // type to type name their members one by one in their instantiation lists.
 #define ZORVANCOW_API __attribute__((visibility("default")))
 
-// Marks a library type whose instantiations are exported. clang gives a
-// template instantiation no more visibility than its type arguments have, so
-// a hidden argument type (cow_String, a node template) would hide the
-// members the instantiation lists export. The mark makes the type itself
-// visible without exporting any of its members; g++ needs no such mark.
-#if defined(__clang__)
-#define ZORVANCOW_TYPE __attribute__((type_visibility("default")))
-#else
-#define ZORVANCOW_TYPE
-#endif
-
 #endif

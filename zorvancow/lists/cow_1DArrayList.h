@@ -35,7 +35,7 @@
 // a gap, searching by walking block by block, and element-wise equality.
 // Each takes the array and the element count of the list that calls it.
 template <class T>
-struct ZORVANCOW_TYPE cow_ListAlgorithms {
+struct cow_ListAlgorithms {
     // Moves the elements from `from` up to count - 1 one place up, from the
     // top down, so that slot `from` can take a new element. Both slots of
     // each move go through Get, so every block passed becomes private.
@@ -101,7 +101,7 @@ class cow_1DArrayListIter;
 // A growable sequence with its own count on a blocked array whose head stays
 // at 0. Also a value type of trees and maps, and an element of lists.
 template <class T>
-class ZORVANCOW_TYPE cow_1DArrayList {
+class cow_1DArrayList {
 public:
     // An empty list; allocates only its array's counter.
     cow_1DArrayList();
@@ -190,7 +190,7 @@ private:
 // made, the list's end at that moment. `Iter` is the concrete iterator, so
 // that First and Next chain on it.
 template <class T, class Iter>
-class ZORVANCOW_TYPE cow_ListWalk : public cow_1DArrayIter<T> {
+class cow_ListWalk : public cow_1DArrayIter<T> {
 public:
     // Back to the first element.
     Iter& First() {
@@ -217,7 +217,7 @@ private:
 // Walks an array list as it was when the iterator was made: it holds its own
 // copy of the array, so writes to the list meanwhile go to private storage.
 template <class T>
-class ZORVANCOW_TYPE cow_1DArrayListIter : public cow_ListWalk<T, cow_1DArrayListIter<T>> {
+class cow_1DArrayListIter : public cow_ListWalk<T, cow_1DArrayListIter<T>> {
 public:
     // Stands on element 0; the walk ends at the list's count of now.
     explicit cow_1DArrayListIter(cow_1DArrayList<T> const& list)

@@ -37,7 +37,7 @@ template <class T>
 class cow_ListIter;
 
 template <class T>
-class ZORVANCOW_TYPE cow_List {
+class cow_List {
 public:
     // An empty list; allocates only its array's counter.
     cow_List() : count(0), array() {}
@@ -138,7 +138,7 @@ private:
 // Walks a list as it was when the iterator was made: it holds its own copy
 // of the array, so writes to the list meanwhile go to private storage.
 template <class T>
-class ZORVANCOW_TYPE cow_ListIter : public cow_ListWalk<T, cow_ListIter<T>> {
+class cow_ListIter : public cow_ListWalk<T, cow_ListIter<T>> {
 public:
     // Stands on the first element; the walk ends after the list's count of now.
     explicit cow_ListIter(cow_List<T> const& list)

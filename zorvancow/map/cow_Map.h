@@ -78,7 +78,7 @@ inline bool cow_MapKeyLess(cow_String const& left, cow_String const& right) {
 // node below on digit d (null for none) and `child[d].GetShareCount()` how
 // many nodes, maps and iterators hold that branch.
 template <class K, class V>
-struct ZORVANCOW_TYPE cow_MapNode {
+struct cow_MapNode {
     typedef cow_COW<cow_MapNode, cow_Direct<cow_MapNode>> Link;
 
     // A leaf: copies `k` and `v`; the two empty branches get a counter each,
@@ -119,7 +119,7 @@ struct ZORVANCOW_TYPE cow_MapNode {
 // shares its storage like any copy, and stays on this thread with it.
 // IsAbsent(reference) tells it apart from a stored value; IsMember asks first.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_Map {
+class cow_Map {
 public:
     typedef cow_MapNode<K, V> Node;
     typedef typename Node::Link Link;
@@ -209,7 +209,7 @@ private:
 // Use: First(), then while !IsDone(): CurrentKey()/CurrentValue(), Next().
 // Before the first First() the iterator reads as done. Not copyable.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_ConstMapIterator {
+class cow_ConstMapIterator {
 public:
     typedef cow_MapNode<K, V> Node;
 
@@ -277,7 +277,7 @@ private:
 // natural order. Only pointers move: no key or value is copied.
 // Holds a snapshot of the map like cow_ConstMapIterator. Not copyable.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_ConstMapSortedIt {
+class cow_ConstMapSortedIt {
 public:
     typedef cow_MapNode<K, V> Node;
 
@@ -331,7 +331,7 @@ private:
 // and counted containers share their storage with the map. The map is only
 // read; its root count moves for the walk and is back at return.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_MapUtils {
+class cow_MapUtils {
 public:
     // All keys, by value: one pointer array for the walk plus the list.
     static cow_List<K> cow_Keys(cow_Map<K, V> const& map);

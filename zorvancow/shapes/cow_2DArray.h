@@ -27,7 +27,7 @@
 // New elements of int, float and double are left unset; string elements
 // start as empty values without a text.
 template <class T>
-struct ZORVANCOW_TYPE cow_2DArrayRep {
+struct cow_2DArrayRep {
     // A rows x columns matrix, unset for numbers. A negative extent counts as
     // 0. When either extent is 0 nothing is allocated and `data` is null;
     // both extents are kept all the same.
@@ -72,7 +72,7 @@ private:
 // nothing allocated, no element touched); the last matrix on a
 // representation frees it.
 template <class T>
-class ZORVANCOW_TYPE cow_2DArray {
+class cow_2DArray {
 public:
     // A rows x columns matrix with every element assigned `value`, row by
     // row (strings share its text, one count per element). A negative extent

@@ -41,7 +41,7 @@ inline bool cow_ShapeElementEqual(cow_String const& left, cow_String const& righ
 // New elements of int, float and double are left unset; string elements
 // start as empty values without a text.
 template <class T>
-struct ZORVANCOW_TYPE cow_FixedArrayRep {
+struct cow_FixedArrayRep {
     // `length` elements, unset for numbers. A negative length counts as 0.
     // Even 0 elements get an allocation of their own, so `data` is never null.
     explicit cow_FixedArrayRep(int length);
@@ -75,7 +75,7 @@ private:
 
 // A value array of fixed length with copy-on-write sharing of the whole.
 template <class T>
-class ZORVANCOW_TYPE cow_FixedArray {
+class cow_FixedArray {
 public:
     // Ten elements, unset for numbers and empty for strings. Ten is the zero
     // value that lists and maps of fixed arrays make for a fresh slot.

@@ -36,7 +36,7 @@
 // a shift, a mask and two indexed reads. Copies are deep: every element block
 // is duplicated, and the elements are copied by their own copy assignment.
 template <class T>
-class ZORVANCOW_TYPE omi_BlockedArray {
+class omi_BlockedArray {
 public:
     // `pointerCount` null entries (0 gives no pointer array; the array then
     // grows in units of 128), element blocks of 1 << `shift` values. A non-zero
@@ -192,7 +192,7 @@ class omi_UintTableIterator;
 // element. A clear bit may sit on a default or a stale value. A table block
 // is a plain mutable object; its copy is deep, bit vector included.
 template <class T>
-class ZORVANCOW_TYPE omi_UintTableBlock : public omi_BlockedArray<T> {
+class omi_UintTableBlock : public omi_BlockedArray<T> {
 public:
     // See omi_BlockedArray: `pointerCount` entries, blocks of 1 << `shift`.
     omi_UintTableBlock(unsigned int pointerCount, unsigned int shift)
@@ -238,7 +238,7 @@ private:
 // removal of the last. A removal leaves the old value in place until the key
 // is stored again or its table block goes. Copies are deep.
 template <class T>
-class ZORVANCOW_TYPE omi_UintTable {
+class omi_UintTable {
 public:
     // The arguments 12, 10, 24: 4096 table blocks of 2^20 keys, element
     // blocks of 1024 values.
@@ -336,7 +336,7 @@ private:
 // through cow_COW<omi_IntTable<T>>, whose first write to a shared table copies
 // both halves with all their blocks.
 template <class T>
-class ZORVANCOW_TYPE omi_IntTable {
+class omi_IntTable {
 public:
     // Both halves with the arguments 12, 10, 24 (see omi_UintTable).
     omi_IntTable();
@@ -412,7 +412,7 @@ private:
 // exists. An iterator must be positioned with First or Last before anything
 // else; CurrentKey and CurrentValue need IsDone() false.
 template <class T>
-class ZORVANCOW_TYPE omi_UintTableIterator {
+class omi_UintTableIterator {
 public:
     // One element in sorted mode.
     struct SortedRecord {
@@ -537,7 +537,7 @@ private:
 // exists. Position with First or Last before anything else; CurrentKey and
 // CurrentValue need IsDone() false. There is no backward step.
 template <class T>
-class ZORVANCOW_TYPE omi_IntTableIterator {
+class omi_IntTableIterator {
 public:
     // Not yet positioned. Allocates nothing.
     explicit omi_IntTableIterator(omi_IntTable<T> const& walked);

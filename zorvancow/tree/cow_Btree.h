@@ -64,7 +64,7 @@ class cow_BtreeIterator;
 //
 // The value is laid out before the key.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_BtreeNode {
+class cow_BtreeNode {
 public:
     // The handle type behind every link, and the key and value types.
     using Handle = cow_COW<cow_BtreeNode, cow_Direct<cow_BtreeNode>>;
@@ -164,7 +164,7 @@ private:
 // its search path, also when it finds nothing to do, and leaves all else
 // shared. Lookups (IsMember, ConstGet) read only.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_Btree {
+class cow_Btree {
 public:
     using Node = cow_BtreeNode<K, V>;
     using Handle = typename Node::Handle;
@@ -247,7 +247,7 @@ private:
 // An iterator cannot be copied: a copy would have to duplicate its whole stack,
 // and a fresh iterator with First or Last is as cheap.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_BtreeIterator {
+class cow_BtreeIterator {
 public:
     using Node = cow_BtreeNode<K, V>;
     using Handle = typename Node::Handle;
@@ -311,7 +311,7 @@ private:
 
 // A tree's keys or values as a list, in ascending key order.
 template <class K, class V>
-class ZORVANCOW_TYPE cow_BtreeUtils {
+class cow_BtreeUtils {
 public:
     // All keys, ascending. Each key is copied by its own copy constructor, so
     // string keys share their text with the tree. Walks the tree with an
