@@ -239,6 +239,7 @@ public:
     // Inspection: the snapshot the iterator walks.
     cow_Map<K, V> const& GetMap() const { return map; }
 
+protected:
     // The node array of a walk of `snapshot`: frees `old`, then collects the
     // nodes in pre-order (node, left subtree, right subtree) into a fresh
     // array of count + 1 pointers whose last entry is the null end mark.
@@ -253,6 +254,10 @@ public:
         return into;
     }
 
+    cow_Map<K, V> map;
+    int position;
+    Node const** nodes;
+
 private:
     static void Collect(typename Node::Link const& link, Node const** into, int& fill) {
         Node const* node = link.ConstGet();
@@ -261,10 +266,6 @@ private:
         Collect(node->child[0], into, fill);
         Collect(node->child[1], into, fill);
     }
-
-    cow_Map<K, V> map;
-    int position;
-    Node const** nodes;
 };
 
 // ---------------------------------------------------------------------------
@@ -275,31 +276,24 @@ private:
 // `descending` to the constructor for the reverse order. Integer keys sort as
 // numbers (negative int keys first); string keys by unsigned bytes, never by
 // natural order. Only pointers move: no key or value is copied.
-// Holds a snapshot of the map like cow_ConstMapIterator. Not copyable.
+// It is a cow_ConstMapIterator (the same snapshot, node array and reads) with
+// a comparison added, and only First differs. Not copyable.
 template <class K, class V>
-class cow_ConstMapSortedIt {
+class cow_ConstMapSortedIt : public cow_ConstMapIterator<K, V> {
 public:
     typedef cow_MapNode<K, V> Node;
 
     // Shares the map's tree (one increment) and picks the order.
     explicit cow_ConstMapSortedIt(cow_Map<K, V> const& source, bool descending = false)
-        : map(source), position(0), nodes(nullptr), compare(descending ? &DescSortCmp : &AscSortCmp) {}
+        : cow_ConstMapIterator<K, V>(source), compare(descending ? &DescSortCmp : &AscSortCmp) {}
     cow_ConstMapSortedIt(cow_ConstMapSortedIt const&) = delete;
     cow_ConstMapSortedIt& operator=(cow_ConstMapSortedIt const&) = delete;
-    // Frees the node array, then releases the snapshot.
+    // The node array and the snapshot go with the walk it extends.
     ~cow_ConstMapSortedIt();
 
     // Collects and sorts the snapshot's nodes (count + 1 pointers, the last
     // null) and goes to the first entry. May be called again; same order.
     void First();
-
-    bool IsDone() const { return nodes == nullptr || nodes[position] == nullptr; }
-    void Next() {
-        if (!IsDone()) ++position;
-    }
-    // The current entry. Precondition: !IsDone().
-    K const& CurrentKey() const { return nodes[position]->key; }
-    V const& CurrentValue() const { return nodes[position]->value; }
 
     // qsort comparisons of two entries of the node array (each a pointer to a
     // `Node const*`). Keys only, never values: -1, 0 or 1.
@@ -312,13 +306,7 @@ public:
         return 1;
     }
 
-    // Inspection: the snapshot the iterator walks.
-    cow_Map<K, V> const& GetMap() const { return map; }
-
 private:
-    cow_Map<K, V> map;
-    int position;
-    Node const** nodes;
     int (*compare)(void const*, void const*);
 };
 
@@ -458,15 +446,14 @@ void cow_ConstMapIterator<K, V>::First() {
 }
 
 template <class K, class V>
-cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt() {
-    ::operator delete(static_cast<void*>(nodes));
-}
+cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt() {}
 
 template <class K, class V>
 void cow_ConstMapSortedIt<K, V>::First() {
-    nodes = cow_ConstMapIterator<K, V>::CollectNodes(map, nodes);
-    std::qsort(static_cast<void*>(nodes), static_cast<std::size_t>(map.GetCount()), sizeof(Node const*), compare);
-    position = 0;
+    this->nodes = this->CollectNodes(this->map, this->nodes);
+    std::qsort(static_cast<void*>(this->nodes), static_cast<std::size_t>(this->map.GetCount()), sizeof(Node const*),
+               compare);
+    this->position = 0;
 }
 
 template <class K, class V>
