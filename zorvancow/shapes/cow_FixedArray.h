@@ -18,20 +18,9 @@
 #include <algorithm>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
-
-// Element equality of the fixed shapes. Numbers use their own ==, so a NaN
-// differs from everything including itself and -0.0 equals +0.0. Strings are
-// equal when their bytes are; the natural-order switch plays no part.
-template <class T>
-inline bool cow_ShapeElementEqual(T const& left, T const& right) {
-    return left == right;
-}
-
-inline bool cow_ShapeElementEqual(cow_String const& left, cow_String const& right) {
-    return cow_StringByteCompare(left, right) == 0;
-}
 
 // The representation a cow_FixedArray points at: a length and the elements
 // from array new. It is a plain owner with deep copies; the sharing lives in
@@ -57,7 +46,8 @@ struct cow_FixedArrayRep {
     cow_FixedArrayRep& operator=(cow_FixedArrayRep const& source);
 
     // Equal lengths, then equal elements in every place by
-    // cow_ShapeElementEqual. Lengths that differ decide without looking at an
+    // cow_Element<T>::Equal (numbers by ==, so a NaN is unequal to itself and
+    // -0.0 equals +0.0; strings by bytes). Lengths that differ decide without looking at an
     // element. There is no shortcut for comparing a representation with
     // itself: an array holding a NaN is unequal to itself.
     bool operator==(cow_FixedArrayRep const& other) const;
@@ -146,7 +136,7 @@ template <class T>
 bool cow_FixedArrayRep<T>::operator==(cow_FixedArrayRep const& other) const {
     if (size != other.size) return false;
     for (int i = 0; i < size; ++i) {
-        if (!cow_ShapeElementEqual(data[i], other.data[i])) return false;
+        if (!cow_Element<T>::Equal(data[i], other.data[i])) return false;
     }
     return true;
 }
