@@ -15,7 +15,7 @@
 // shared. Every slot from the count on holds the element's zero value.
 //
 // Element copy, equality and zero value come from cow_Element (see
-// cow_1DArray.h), as for cow_1DArrayList. No index is checked; counts are
+// core/cow_Element.h), as for cow_1DArrayList. No index is checked; counts are
 // plain integers, and even a search or a destruction touches them, so lists
 // that share storage belong to one thread at a time.
 //
@@ -261,25 +261,16 @@ bool cow_List<T>::IsEqual(cow_List const& other) const {
 
 template <class T>
 int cow_List<T>::SortCmp(void const* left, void const* right) {
-    T const& a = *static_cast<T const*>(left);
-    T const& b = *static_cast<T const*>(right);
-    if constexpr (std::is_same<T, cow_String>::value) {
-        return cow_StringOrderCompare(a, b);
-    } else if constexpr (std::is_base_of<atr_StringBase, T>::value) {
-        return cow_StringByteCompare(a, b);
-    } else if constexpr (std::is_same<T, bool>::value) {
-        unsigned char x, y;
-        std::memcpy(&x, &a, 1);
-        std::memcpy(&y, &b, 1);
-        return x < y ? -1 : x == y ? 0 : 1;
-    } else {
-        // With a NaN neither test holds, so the pair gives 1 both ways.
-        return a < b ? -1 : a == b ? 0 : 1;
-    }
+    return cow_ElementOrder<T>::Compare(*static_cast<T const*>(left), *static_cast<T const*>(right));
 }
 
 template <class T>
 void cow_List<T>::SortBuffer(T* buffer, int n) {
+    if constexpr (!cow_ElementBytewise<T>::value) {
+        // Elements that must not move as bytes take the same sort with their own moves.
+        cow_Element<T>::SortRun(buffer, n, [](T const& a, T const& b) { return SortCmp(&a, &b); });
+        return;
+    }
     // Every step only picks which of two elements goes first, so the
     // outcome is a permutation of the input whatever SortCmp says, also
     // when it is no strict order (a NaN): no index ever leaves its run.

@@ -20,6 +20,7 @@
 #include <new>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
@@ -30,39 +31,26 @@
 // ---------------------------------------------------------------------------
 // Key digits, equality and order
 
-// The digit of an integer key at `depth` (0 to 31): bit number `depth`, the
-// least significant bit first. The sign plays no part.
-inline int cow_KeyBit(unsigned int key, int depth) { return static_cast<int>((key >> depth) & 1u); }
-inline int cow_KeyBit(int key, int depth) { return cow_KeyBit(static_cast<unsigned int>(key), depth); }
-
-// The digit of a string key at `depth`: the lowest bit of one byte, read from
-// both ends inward (first byte, last byte, second byte, second to last, ...).
-// Depth n, for a text of n bytes, reads the middle byte again; deeper digits
-// are 0. An empty text reads its terminator at depth 0 and so has only 0s.
-// The other seven bits of a byte never count, so different texts can share
-// all their digits; such keys line up on one path, one level each.
-inline int cow_KeyBit(cow_String const& key, int depth) {
-    int const length = key.GetLength();
-    if (depth > length) return 0;
-    auto const* bytes = reinterpret_cast<unsigned char const*>(key.GetCString());
-    int const index = depth % 2 == 0 ? depth / 2 : length - 1 - (depth - 1) / 2;
-    return bytes[index] & 1;
+// The digit of a key at `depth`, key equality and the order of the sorted
+// walk. The rules per key type are cow_KeyBits<K> (core/cow_Element.h):
+// integers by their bits from the least significant end (the sign plays no
+// part) and by their value; strings by the lowest bit of one byte, read from
+// both ends inward (first byte, last byte, second, second to last, ...; depth
+// n of n bytes reads the middle byte again, deeper digits are 0), and by
+// unsigned bytes, never by natural order. The other seven bits of a byte
+// never count, so different texts can share all their digits; such keys line
+// up on one path, one level each.
+template <class K>
+inline int cow_KeyBit(K const& key, int depth) {
+    return cow_KeyBits<K>::Bit(key, depth);
 }
-
-// Key equality of the map: the 32-bit pattern for integers, the bytes for
-// strings (never the natural order).
-inline bool cow_MapKeyEqual(int left, int right) { return left == right; }
-inline bool cow_MapKeyEqual(unsigned int left, unsigned int right) { return left == right; }
-inline bool cow_MapKeyEqual(cow_String const& left, cow_String const& right) {
-    return cow_StringByteCompare(left, right) == 0;
+template <class K>
+inline bool cow_MapKeyEqual(K const& left, K const& right) {
+    return cow_KeyBits<K>::Equal(left, right);
 }
-
-// Key order of the sorted walk: signed for int, unsigned for unsigned int,
-// unsigned bytes for strings whatever the natural-order switch says.
-inline bool cow_MapKeyLess(int left, int right) { return left < right; }
-inline bool cow_MapKeyLess(unsigned int left, unsigned int right) { return left < right; }
-inline bool cow_MapKeyLess(cow_String const& left, cow_String const& right) {
-    return cow_StringByteCompare(left, right) < 0;
+template <class K>
+inline bool cow_MapKeyLess(K const& left, K const& right) {
+    return cow_KeyBits<K>::Less(left, right);
 }
 
 // ---------------------------------------------------------------------------
@@ -103,7 +91,8 @@ struct cow_MapNode {
 // ---------------------------------------------------------------------------
 // Map
 
-// A map from unique keys to values; K is int, unsigned int or cow_String.
+// A map from unique keys to values. K is any integral type, cow_String,
+// std::string, or a type given its rules by specialising cow_KeyBits<K>.
 // Copying costs one count increment and shares every node. A write makes
 // private (copies) the nodes from the root down to the place written, and
 // nothing else; the copy of a node runs the copy operations of K and V and

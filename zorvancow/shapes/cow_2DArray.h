@@ -17,6 +17,7 @@
 #include <algorithm>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 
@@ -62,7 +63,7 @@ private:
     // Row by row, each row from column 0 up: one pass along memory, and for
     // numbers one block move.
     void CopyElements(cow_2DArrayRep const& source) {
-        if (data != nullptr) std::copy(source.data, source.data + rows * columns, data);
+        if (data != nullptr) cow_Element<T>::CopyRun(data, source.data, rows * columns);
     }
 };
 

@@ -60,7 +60,7 @@ struct cow_FixedArrayRep {
 private:
     // Assigns the source's elements in order. For numbers this is one block
     // move, as fast as copying a std::vector.
-    void CopyElements(cow_FixedArrayRep const& source) { std::copy(source.data, source.data + size, data); }
+    void CopyElements(cow_FixedArrayRep const& source) { cow_Element<T>::CopyRun(data, source.data, size); }
 };
 
 // A value array of fixed length with copy-on-write sharing of the whole.

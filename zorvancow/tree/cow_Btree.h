@@ -27,27 +27,21 @@
 
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 
-// Key comparisons of the tree: negative when `searched` orders before
-// `nodeKey`, zero on a match, positive after. Only the sign is used.
-//
-// Integer keys compare by their difference with two's-complement wrap, so the
-// order is total only over keys less than 2^31 apart; the keys of one tree
-// must stay within such a span (nothing checks it).
-inline std::int32_t cow_BtreeKeyCompare(int searched, int nodeKey) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(searched) -
-                                     static_cast<std::uint32_t>(nodeKey));
-}
-inline std::int32_t cow_BtreeKeyCompare(cow_String const& searched, cow_String const& nodeKey) {
-    return cow_StringOrderCompare(searched, nodeKey);
-}
-inline std::int32_t cow_BtreeKeyCompare(atr_String const& searched, atr_String const& nodeKey) {
-    return cow_StringByteCompare(searched, nodeKey);
+// Key comparison of the tree: negative when `searched` orders before
+// `nodeKey`, zero on a match, positive after. The rule per key type is
+// cow_KeyOrder<K> (core/cow_Element.h): int keys by the sign of the wrapped
+// 32-bit difference, so the keys of one tree must lie within 2^31 of each
+// other (nothing checks it).
+template <class K>
+inline std::int32_t cow_BtreeKeyCompare(K const& searched, K const& nodeKey) {
+    return cow_KeyOrder<K>::Compare(searched, nodeKey);
 }
 
 template <class K, class V>
