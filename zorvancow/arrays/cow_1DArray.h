@@ -21,8 +21,10 @@
 // Counts are plain integers, and even a const read may create a block in a
 // shared table: arrays that share storage belong to one thread at a time.
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <type_traits>
 #include <utility>
 
@@ -37,6 +39,8 @@ template <class T>
 class cow_1DArray;
 template <class T>
 class cow_1DArrayIter;
+template <class T>
+class cow_BlockIterator;
 
 // One block of a blocked array: a count of the tables that hold it (the
 // inherited cow_Counter, starting at 1) and storage for the elements. A block
@@ -154,6 +158,37 @@ public:
     cow_Counter const* GetTableCounter() const { return tableCounter; }
     Block const* GetBlock(int slot) const { return table[slot]; }
     int GetBlockCount(int slot) const { return table[slot] != nullptr ? table[slot]->GetCount() : 0; }
+
+    // Standard interface (arrays/detail/cow_1DArrayStd.h). Iterators read only
+    // and are invalidated by any write to this array. begin(array) and
+    // end(array) are free functions, since the field `end` takes the name.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = cow_BlockIterator<T>;
+    using iterator = cow_BlockIterator<T>;
+    // A sized array holding `values`.
+    cow_1DArray(std::initializer_list<T> values);
+    // A sized array holding the elements of [first, last).
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_1DArray(It first, It last);
+    // A sized array holding the elements of a range (a std::vector, a list, ...).
+    template <class R, class = cow_detail::EnableRange<R, cow_1DArray>>
+    explicit cow_1DArray(R const& range);
+    // Random-access iterators over the elements, head first.
+    cow_BlockIterator<T> cbegin() const { return cow_BlockIterator<T>(*this, 0, GetSize()); }
+    cow_BlockIterator<T> cend() const { return cow_BlockIterator<T>(*this, GetSize(), GetSize()); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(GetSize()); }
+    bool empty() const { return GetSize() <= 0; }
+    // Element i, read as by PartialArrayConstGet; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return PartialArrayConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty array.
+    T const& front() const { return PartialArrayConstGet(0); }
+    T const& back() const { return PartialArrayConstGet(GetSize() - 1); }
 
 private:
     friend class cow_1DArrayIter<T>;
@@ -569,5 +604,7 @@ extern template class ZORVANCOW_API cow_1DArrayIter<double>;
 extern template class ZORVANCOW_API cow_1DArrayIter<bool>;
 extern template class ZORVANCOW_API cow_1DArrayIter<cow_String>;
 extern template class ZORVANCOW_API cow_1DArrayIter<atr_String>;
+
+#include "zorvancow/arrays/detail/cow_1DArrayStd.h"
 
 #endif

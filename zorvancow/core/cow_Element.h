@@ -302,4 +302,7 @@ private:
     }
 };
 
+// Operators, std::hash and printing for strings and sequences.
+#include "zorvancow/core/cow_Std.h"
+
 #endif

@@ -9,6 +9,7 @@
 // All of it is inline and none of it belongs to the library's exported
 // interface.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -23,6 +24,7 @@
 #include <compare>
 #endif
 
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_String.h"
 
 #if defined(__cpp_impl_three_way_comparison) && defined(__cpp_lib_three_way_comparison)
@@ -80,11 +82,24 @@ struct cow_EntryArrow {
 };
 
 namespace cow_detail {
-// A range: anything with begin() and end() found as std::begin/std::end.
+// begin and end of a range, as range-for finds them: members, or free
+// functions found by argument-dependent lookup.
+using std::begin;
+using std::end;
+template <class R>
+auto Begin(R const& range) -> decltype(begin(range)) {
+    return begin(range);
+}
+template <class R>
+auto End(R const& range) -> decltype(end(range)) {
+    return end(range);
+}
+
+// A range: anything with begin and end as above.
 template <class R, class = void>
 struct IsRange : std::false_type {};
 template <class R>
-struct IsRange<R, decltype(void(std::begin(std::declval<R const&>())), void(std::end(std::declval<R const&>())))>
+struct IsRange<R, decltype(void(Begin(std::declval<R const&>())), void(End(std::declval<R const&>())))>
     : std::true_type {};
 
 // An iterator: something std::iterator_traits knows a category for.
@@ -121,8 +136,8 @@ inline std::size_t HashMix(std::size_t seed, std::size_t value) {
 // The hash of a sequence: its length, then each element's std::hash.
 template <class Range>
 std::size_t HashSequence(Range const& range) {
-    using T = std::decay_t<decltype(*std::begin(range))>;
-    std::size_t seed = static_cast<std::size_t>(std::distance(std::begin(range), std::end(range)));
+    using T = std::decay_t<decltype(*Begin(range))>;
+    std::size_t seed = static_cast<std::size_t>(std::distance(Begin(range), End(range)));
     for (auto const& element : range) seed = HashMix(seed, std::hash<T>()(element));
     return seed;
 }
@@ -164,6 +179,102 @@ std::ostream& PrintEntries(std::ostream& out, Range const& range) {
     std::abort();
 }
 }  // namespace cow_detail
+
+// ---------------------------------------------------------------------------
+// Sequences: the arrays, lists and fixed arrays mark themselves with
+// cow_IsSequence, and get these operators:
+//   == and != by content: the same length, and each pair of elements at one
+//     address (a block both values share) or equal by cow_Element<T>::Equal;
+//   <, <=, >, >= (and <=> under C++20): lexicographic by the elements' own <
+//     (or <=>), for element types that have one;
+//   << to a std::ostream as {1, 2, 3}, for element types that print.
+// cow_FixedArray keeps its own == and !=, which have no address shortcut.
+
+template <class C>
+struct cow_IsSequence : std::false_type {};
+
+namespace cow_detail {
+template <class C>
+using SequenceElement = typename C::value_type;
+template <class C>
+using EnableSequence = std::enable_if_t<cow_IsSequence<C>::value>;
+template <class C>
+using EnableOrderedSequence =
+    std::enable_if_t<cow_IsSequence<C>::value && cow_detail::HasLess<SequenceElement<C>>::value>;
+
+template <class C>
+bool SequenceEqual(C const& a, C const& b) {
+    if (a.size() != b.size()) return false;
+    auto j = b.cbegin();
+    for (auto i = a.cbegin(), stop = a.cend(); i != stop; ++i, ++j) {
+        if (&*i != &*j && !cow_Element<SequenceElement<C>>::Equal(*i, *j)) return false;
+    }
+    return true;
+}
+template <class C>
+bool SequenceLess(C const& a, C const& b) {
+    return std::lexicographical_compare(a.cbegin(), a.cend(), b.cbegin(), b.cend());
+}
+
+// The std::hash of a sequence: usable when its elements have one.
+struct DisabledHash {
+    DisabledHash() = delete;
+};
+template <class C>
+struct SequenceHasher {
+    std::size_t operator()(C const& value) const { return HashSequence(value); }
+};
+template <class C>
+using SequenceHash = std::conditional_t<IsHashable<SequenceElement<C>>::value, SequenceHasher<C>, DisabledHash>;
+}  // namespace cow_detail
+
+template <class C, class = cow_detail::EnableSequence<C>>
+inline bool operator==(C const& a, C const& b) {
+    return cow_detail::SequenceEqual(a, b);
+}
+template <class C, class = cow_detail::EnableSequence<C>>
+inline bool operator!=(C const& a, C const& b) {
+    return !cow_detail::SequenceEqual(a, b);
+}
+template <class C, class = cow_detail::EnableOrderedSequence<C>>
+inline bool operator<(C const& a, C const& b) {
+    return cow_detail::SequenceLess(a, b);
+}
+template <class C, class = cow_detail::EnableOrderedSequence<C>>
+inline bool operator>(C const& a, C const& b) {
+    return cow_detail::SequenceLess(b, a);
+}
+template <class C, class = cow_detail::EnableOrderedSequence<C>>
+inline bool operator<=(C const& a, C const& b) {
+    return !cow_detail::SequenceLess(b, a);
+}
+template <class C, class = cow_detail::EnableOrderedSequence<C>>
+inline bool operator>=(C const& a, C const& b) {
+    return !cow_detail::SequenceLess(a, b);
+}
+#if ZORVANCOW_THREE_WAY
+template <class C>
+    requires cow_IsSequence<C>::value && std::three_way_comparable<typename C::value_type>
+inline auto operator<=>(C const& a, C const& b) {
+    return std::lexicographical_compare_three_way(a.cbegin(), a.cend(), b.cbegin(), b.cend());
+}
+#endif
+template <class C, std::enable_if_t<cow_IsSequence<C>::value &&
+                                        cow_detail::IsPrintable<cow_detail::SequenceElement<C>>::value,
+                                    int> = 0>
+inline std::ostream& operator<<(std::ostream& out, C const& value) {
+    return cow_detail::PrintSequence(out, value);
+}
+
+// Trees and maps mark themselves with cow_IsEntryRange and print as
+// {key: value, key: value}, in their iterators' order.
+template <class C>
+struct cow_IsEntryRange : std::false_type {};
+
+template <class C, std::enable_if_t<cow_IsEntryRange<C>::value, long> = 0>
+inline std::ostream& operator<<(std::ostream& out, C const& value) {
+    return cow_detail::PrintEntries(out, value);
+}
 
 // ---------------------------------------------------------------------------
 // cow_String as a standard value: == and < by unsigned bytes (the string

@@ -63,6 +63,7 @@ inline int cow_StringOrderCompare(atr_StringBase const& left, atr_StringBase con
 // Prints the text (the empty text for a default value) and nothing else.
 ZORVANCOW_API aio_ostream& operator<<(aio_ostream& stream, cow_String const& value);
 
-#include "zorvancow/core/cow_Std.h"
+// The element rules and the standard interface (operators, std::hash) come with the string.
+#include "zorvancow/core/cow_Element.h"
 
 #endif

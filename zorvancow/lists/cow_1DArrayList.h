@@ -26,7 +26,9 @@
 // the library's instantiations still export them.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_Export.h"
@@ -176,6 +178,38 @@ public:
     T& Get(int i) { return array.Get(i); }
     // Inspection: the storage, to see what is shared.
     cow_1DArray<T> const& GetArray() const { return array; }
+
+    // Standard interface (lists/detail/cow_1DArrayListStd.h). Iterators read only and
+    // are invalidated by any write to this list.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = cow_BlockIterator<T>;
+    using iterator = cow_BlockIterator<T>;
+    // A list of `values`, appended in order.
+    cow_1DArrayList(std::initializer_list<T> values);
+    // A list of the elements of [first, last), appended in order.
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_1DArrayList(It first, It last);
+    // A list of the elements of a range (a std::vector, another container).
+    template <class R, class = cow_detail::EnableRange<R, cow_1DArrayList>>
+    explicit cow_1DArrayList(R const& range);
+    // Random-access iterators over the elements, first to last.
+    cow_BlockIterator<T> begin() const;
+    cow_BlockIterator<T> end() const;
+    cow_BlockIterator<T> cbegin() const { return begin(); }
+    cow_BlockIterator<T> cend() const { return end(); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Element i, read as by ConstGet; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return ConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty list.
+    T const& front() const { return ConstGet(0); }
+    T const& back() const { return ConstGet(count - 1); }
 
 private:
     friend class cow_1DArrayListIter<T>;
@@ -379,5 +413,7 @@ extern template class ZORVANCOW_API cow_1DArrayListIter<cow_String>;
 extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<int>>;
 extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<float>>;
 extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<double>>;
+
+#include "zorvancow/lists/detail/cow_1DArrayListStd.h"
 
 #endif

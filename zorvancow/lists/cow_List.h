@@ -24,8 +24,10 @@
 // compiles in the array's common case and its block-wise search; the
 // library's instantiations still export them.
 
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <type_traits>
 
 #include "zorvancow/arrays/cow_1DArray.h"
@@ -118,6 +120,38 @@ public:
     int GetCount() const { return count; }
     // Inspection: the storage, to see what is shared and where the head is.
     cow_1DArray<T> const& GetArray() const { return array; }
+
+    // Standard interface (lists/detail/cow_ListStd.h). Iterators read only and
+    // are invalidated by any write to this list.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = cow_BlockIterator<T>;
+    using iterator = cow_BlockIterator<T>;
+    // A list of `values`, appended in order.
+    cow_List(std::initializer_list<T> values);
+    // A list of the elements of [first, last), appended in order.
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_List(It first, It last);
+    // A list of the elements of a range (a std::vector, another container).
+    template <class R, class = cow_detail::EnableRange<R, cow_List>>
+    explicit cow_List(R const& range);
+    // Random-access iterators over the elements, first to last.
+    cow_BlockIterator<T> begin() const;
+    cow_BlockIterator<T> end() const;
+    cow_BlockIterator<T> cbegin() const { return begin(); }
+    cow_BlockIterator<T> cend() const { return end(); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Element i, read as by ConstGet; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return ConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty list.
+    T const& front() const { return ConstGet(0); }
+    T const& back() const { return ConstGet(count - 1); }
 
 private:
     friend class cow_ListIter<T>;
@@ -375,5 +409,7 @@ extern template class ZORVANCOW_API cow_ListIter<float>;
 extern template class ZORVANCOW_API cow_ListIter<double>;
 extern template class ZORVANCOW_API cow_ListIter<cow_String>;
 extern template class ZORVANCOW_API cow_ListIter<atr_String>;
+
+#include "zorvancow/lists/detail/cow_ListStd.h"
 
 #endif
