@@ -23,7 +23,10 @@
 // Counts are plain integers: trees that share nodes belong to one thread at a
 // time, except that lookups through IsMember and ConstGet may run together.
 
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <utility>
 
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
@@ -48,6 +51,8 @@ template <class K, class V>
 class cow_Btree;
 template <class K, class V>
 class cow_BtreeIterator;
+template <class K, class V, int PathLength = 48>
+class cow_BtreeStdIter;
 
 // One key/value pair of a tree, with its two child links and its depth.
 //
@@ -213,6 +218,36 @@ public:
     Handle const* GetRoot() const { return root; }
     // Inspection: the value that ConstGet answers for an absent key.
     V const& GetDefaultValue() const { return defaultValue; }
+
+    // Standard interface (tree/detail/cow_BtreeStd.h). Iterators walk in key
+    // order, read only, and are invalidated by any write to this tree.
+    using key_type = K;
+    using mapped_type = V;
+    using value_type = cow_Entry<K, V>;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_iterator = cow_BtreeStdIter<K, V>;
+    using iterator = cow_BtreeStdIter<K, V>;
+    // A tree of the given key/value pairs; of equal keys the first one stays.
+    cow_Btree(std::initializer_list<std::pair<K, V>> entries);
+    // A tree of the pairs of [first, last) or of a range (a std::map, ...).
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_Btree(It first, It last);
+    template <class R, class = cow_detail::EnableRange<R, cow_Btree>>
+    explicit cow_Btree(R const& range);
+    // Bidirectional iterators over the entries in key order.
+    cow_BtreeStdIter<K, V> begin() const { return cow_BtreeStdIter<K, V>(*this); }
+    cow_BtreeStdIter<K, V> end() const { return cow_BtreeStdIter<K, V>::End(*this); }
+    cow_BtreeStdIter<K, V> cbegin() const { return begin(); }
+    cow_BtreeStdIter<K, V> cend() const { return end(); }
+    // Number of entries, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Whether `key` is held; the entry of `key`, or end(). Pure reads.
+    bool contains(K const& key) const { return IsMember(key); }
+    cow_BtreeStdIter<K, V> find(K const& key) const { return cow_BtreeStdIter<K, V>(*this, key); }
+    // The value of `key`, which must be held.
+    V const& at(K const& key) const;
 
 private:
     friend class cow_BtreeIterator<K, V>;
@@ -756,5 +791,7 @@ extern template class ZORVANCOW_API cow_1DArrayIter<cow_Btree<int, int>>;
 ZORVANCOW_LIST_OF_TREES(ZORVANCOW_BTREE_EXTERN);
 
 #undef ZORVANCOW_BTREE_EXTERN
+
+#include "zorvancow/tree/detail/cow_BtreeStd.h"
 
 #endif
