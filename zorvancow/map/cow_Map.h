@@ -17,6 +17,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <utility>
 #include <new>
 
 #include "zorvancow/core/cow_COW.h"
@@ -52,6 +54,13 @@ template <class K>
 inline bool cow_MapKeyLess(K const& left, K const& right) {
     return cow_KeyBits<K>::Less(left, right);
 }
+
+template <class K, class V>
+class cow_ConstMapIterator;
+template <class K, class V, class Walk>
+class cow_MapStdIter;
+template <class K, class V>
+class cow_MapSortedView;
 
 // ---------------------------------------------------------------------------
 // Node
@@ -171,6 +180,38 @@ public:
         }
         return -1;
     }
+
+    // Standard interface (map/detail/cow_MapStd.h). begin() walks a snapshot
+    // in the node walk's order, like cow_ConstMapIterator; writes may go on.
+    using key_type = K;
+    using mapped_type = V;
+    using value_type = cow_Entry<K, V>;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_iterator = cow_MapStdIter<K, V, cow_ConstMapIterator<K, V>>;
+    using iterator = const_iterator;
+    // A map of the given key/value pairs; of equal keys the first one stays.
+    cow_Map(std::initializer_list<std::pair<K, V>> entries);
+    // A map of the pairs of [first, last) or of a range (a std::map, ...).
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_Map(It first, It last);
+    template <class R, class = cow_detail::EnableRange<R, cow_Map>>
+    explicit cow_Map(R const& range);
+    // Forward iterators over a snapshot of the entries, in the node walk's order.
+    const_iterator begin() const;
+    const_iterator end() const { return const_iterator(); }
+    const_iterator cbegin() const { return begin(); }
+    const_iterator cend() const { return end(); }
+    // The entries in key order (descending on request), over a snapshot.
+    cow_MapSortedView<K, V> Sorted(bool descending = false) const;
+    // Number of entries, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Whether `key` is held; the entry of `key`, or end(). Reads only, no count moves.
+    bool contains(K const& key) const { return find(key) != end(); }
+    const_iterator find(K const& key) const;
+    // The value of `key`, which must be held.
+    V const& at(K const& key) const;
 
 private:
     // This thread's V() for ConstGet misses and its scratch for Get misses.
@@ -585,5 +626,7 @@ ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<co
 ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, atr_String);
 
 #undef ZORVANCOW_MAP_EXTERN
+
+#include "zorvancow/map/detail/cow_MapStd.h"
 
 #endif
