@@ -28,6 +28,9 @@
 // New elements of int, float and double are left unset; string elements
 // start as empty values without a text.
 template <class T>
+class cow_2DArrayRows;
+
+template <class T>
 struct cow_2DArrayRep {
     // A rows x columns matrix, unset for numbers. A negative extent counts as
     // 0. When either extent is 0 nothing is allocated and `data` is null;
@@ -102,6 +105,26 @@ public:
     cow_2DArrayRep<T> const* GetRep() const { return rep.ConstGet(); }
     std::int32_t GetShareCount() const { return rep.GetShareCount(); }
 
+    // Standard interface (shapes/detail/cow_2DArrayStd.h). Iterators are
+    // pointers into the representation, valid while this matrix holds it.
+    using value_type = T;
+    using size_type = std::size_t;
+    using const_iterator = T const*;
+    using iterator = T const*;
+    // All elements, row by row.
+    T const* begin() const { return rep.ConstGet()->data; }
+    T const* end() const { return begin() + size(); }
+    // Number of elements, rows times columns.
+    std::size_t size() const {
+        return static_cast<std::size_t>(GetRows()) * static_cast<std::size_t>(GetColumns());
+    }
+    bool empty() const { return size() == 0; }
+    // Row r as a contiguous span, and all rows as a random-access range of spans.
+    cow_Span<T const> Row(int r) const {
+        return cow_Span<T const>(begin() + static_cast<std::ptrdiff_t>(r) * GetColumns(), static_cast<std::size_t>(GetColumns()));
+    }
+    cow_2DArrayRows<T> Rows() const;
+
 private:
     cow_COW<cow_2DArrayRep<T>, cow_Direct<cow_2DArrayRep<T>>> rep;
 };
@@ -157,4 +180,7 @@ extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::cow_2DArrayRep(int, in
 extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::cow_2DArrayRep(cow_2DArrayRep<cow_String> const&);
 extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::~cow_2DArrayRep();
 extern template ZORVANCOW_API cow_2DArray<cow_String>::cow_2DArray(int, int, cow_String const&);
+
+#include "zorvancow/shapes/detail/cow_2DArrayStd.h"
+
 #endif

@@ -16,6 +16,8 @@
 // Indices are not checked: 0 <= i < GetSize() is the caller's duty.
 
 #include <algorithm>
+#include <cstddef>
+#include <initializer_list>
 
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Element.h"
@@ -102,6 +104,38 @@ public:
     // and how many arrays share it.
     cow_FixedArrayRep<T> const* GetRep() const { return rep.ConstGet(); }
     std::int32_t GetShareCount() const { return rep.GetShareCount(); }
+
+    // Standard interface (shapes/detail/cow_FixedArrayStd.h). Iterators are
+    // pointers into the representation, valid while this array holds it.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = T const*;
+    using iterator = T const*;
+    // An array of exactly `values`.
+    cow_FixedArray(std::initializer_list<T> values);
+    // An array of the elements of [first, last) (forward iterators) or of a range.
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_FixedArray(It first, It last);
+    template <class R, class = cow_detail::EnableRange<R, cow_FixedArray>>
+    explicit cow_FixedArray(R const& range);
+    // Contiguous iterators over the elements.
+    T const* begin() const { return rep.ConstGet()->data; }
+    T const* end() const { return rep.ConstGet()->data + rep.ConstGet()->size; }
+    T const* cbegin() const { return begin(); }
+    T const* cend() const { return end(); }
+    T const* data() const { return begin(); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(GetSize()); }
+    bool empty() const { return GetSize() == 0; }
+    // Element i; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return ConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty array.
+    T const& front() const { return ConstGet(0); }
+    T const& back() const { return ConstGet(GetSize() - 1); }
 
 private:
     cow_COW<cow_FixedArrayRep<T>, cow_Direct<cow_FixedArrayRep<T>>> rep;
@@ -217,5 +251,7 @@ extern template ZORVANCOW_API bool cow_FixedArray<cow_String>::operator==(
     cow_FixedArray<cow_String> const&) const;
 extern template ZORVANCOW_API bool cow_FixedArray<cow_String>::operator!=(
     cow_FixedArray<cow_String> const&) const;
+
+#include "zorvancow/shapes/detail/cow_FixedArrayStd.h"
 
 #endif
