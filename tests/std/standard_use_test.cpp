@@ -137,7 +137,8 @@ TEST(StandardSequences, AtRefusesAnIndexPastTheEnd) {
     EXPECT_DEATH((void)list.at(2), "cow_List::at: index 2 is outside 0..1");
     EXPECT_DEATH((void)cow_1DArray<int>().at(0), "cow_1DArray::at: index 0");
     EXPECT_DEATH((void)map.at(2), "cow_Map::at: the key is not held");
-    EXPECT_DEATH((void)cow_Btree<int, int>().at(2), "cow_Btree::at: the key is not held");
+    cow_Btree<int, int> tree;
+    EXPECT_DEATH((void)tree.at(2), "cow_Btree::at: the key is not held");
 }
 
 TEST(StandardTree, KeyOrderWalksBothWaysWithStructuredBindings) {

@@ -55,6 +55,8 @@ public:
     constexpr std::size_t size() const { return count; }
     constexpr bool empty() const { return count == 0; }
     constexpr T& operator[](std::size_t i) const { return first[i]; }
+    constexpr T& front() const { return first[0]; }
+    constexpr T& back() const { return first[count - 1]; }
 
 private:
     T* first = nullptr;
@@ -71,7 +73,13 @@ struct cow_Entry {
     K const& first;
     V const& second;
 
-    operator std::pair<K, V>() const { return std::pair<K, V>(first, second); }
+    // A pair of copies, such as a std::map's std::pair<K const, V>.
+    template <class A, class B,
+              class = std::enable_if_t<std::is_constructible<A, K const&>::value &&
+                                       std::is_constructible<B, V const&>::value>>
+    operator std::pair<A, B>() const {
+        return std::pair<A, B>(first, second);
+    }
 };
 
 // What operator-> of an entry iterator gives: the entry, held by value.
