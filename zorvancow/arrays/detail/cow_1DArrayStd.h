@@ -249,6 +249,15 @@ template <class T>
 inline cow_BlockIterator<T> end(cow_1DArray<T> const& array) {
     return array.cend();
 }
+// The same for a non-const array, which std::ranges looks for by exact type.
+template <class T>
+inline cow_BlockIterator<T> begin(cow_1DArray<T>& array) {
+    return array.cbegin();
+}
+template <class T>
+inline cow_BlockIterator<T> end(cow_1DArray<T>& array) {
+    return array.cend();
+}
 
 template <class T>
 inline T const& cow_1DArray<T>::at(std::size_t i) const {

@@ -125,8 +125,14 @@ private:
 
     cow_MapNode<K, V> const* Node() const { return snapshot != nullptr ? snapshot->At(position) : single; }
     void Release() {
-        if (snapshot != nullptr && --snapshot->holders == 0) delete snapshot;
+        if (snapshot != nullptr) Drop(snapshot);
         snapshot = nullptr;
+    }
+    // Kept out of line: inlined into a caller that copies iterators, the
+    // count's fall to 0 cannot be told apart from a second holder, and g++
+    // warns of a use after free that cannot happen.
+    __attribute__((noinline)) static void Drop(Snapshot* shared) {
+        if (--shared->holders == 0) delete shared;
     }
 
     Snapshot* snapshot = nullptr;
