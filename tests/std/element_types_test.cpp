@@ -91,7 +91,7 @@ protected:
 };
 
 using Types = ::testing::Types<std::string, Counted, Anchored>;
-TYPED_TEST_SUITE(ElementTypes, Types);
+TYPED_TEST_SUITE(ElementTypes, Types, ::testing::internal::DefaultNameGenerator);
 
 TYPED_TEST(ElementTypes, SortOrdersByTheTypesOwnOrderAndMovesElementsSafely) {
     testing_support::NoLeaks noLeaks;

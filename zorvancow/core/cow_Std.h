@@ -146,7 +146,7 @@ template <class Range>
 std::size_t HashSequence(Range const& range) {
     using T = std::decay_t<decltype(*Begin(range))>;
     std::size_t seed = static_cast<std::size_t>(std::distance(Begin(range), End(range)));
-    for (auto const& element : range) seed = HashMix(seed, std::hash<T>()(element));
+    for (auto it = Begin(range), stop = End(range); it != stop; ++it) seed = HashMix(seed, std::hash<T>()(*it));
     return seed;
 }
 
@@ -154,11 +154,9 @@ std::size_t HashSequence(Range const& range) {
 template <class Range>
 std::ostream& PrintSequence(std::ostream& out, Range const& range) {
     out << '{';
-    bool first = true;
-    for (auto const& element : range) {
-        if (!first) out << ", ";
-        out << element;
-        first = false;
+    for (auto it = Begin(range), stop = End(range); it != stop; ++it) {
+        if (it != Begin(range)) out << ", ";
+        out << *it;
     }
     return out << '}';
 }

@@ -47,13 +47,18 @@ TEST(Ranges, AlgorithmsAndViewsOverEveryContainer) {
     EXPECT_EQ(*std::ranges::max_element(list), 8);
     EXPECT_EQ(std::ranges::find(list, 8) - list.begin(), 2);
 
+    cow_1DArray<int> array{1, 2, 3};
+    cow_Btree<int, int> tree{{2, 20}, {1, 10}, {3, 30}};
+    cow_Map<int, int> map{{4, 1}, {2, 1}, {9, 1}};
+    EXPECT_EQ(std::ranges::count_if(map, [](auto entry) { return entry.first > 3; }), 2);
+    EXPECT_EQ(std::ranges::distance(array), 3);
+    EXPECT_EQ(std::ranges::prev(std::ranges::end(tree))->first, 3);
+    // clang 14 cannot compile the views of this standard library at all.
+#if !defined(__clang__) || __clang_major__ >= 16
     auto evens = list | std::views::filter([](int v) { return v % 2 == 0; });
     EXPECT_EQ(std::ranges::distance(evens), 1);
-    cow_1DArray<int> array{1, 2, 3};
     auto squares = array | std::views::transform([](int v) { return v * v; }) | std::views::reverse;
     EXPECT_EQ(std::vector<int>(squares.begin(), squares.end()), (std::vector<int>{9, 4, 1}));
-
-    cow_Btree<int, int> tree{{2, 20}, {1, 10}, {3, 30}};
     std::vector<int> keys;
     for (auto const& [key, value] : tree | std::views::reverse) keys.push_back(key);
     EXPECT_EQ(keys, (std::vector<int>{3, 2, 1}));
@@ -61,11 +66,9 @@ TEST(Ranges, AlgorithmsAndViewsOverEveryContainer) {
     int total = 0;
     std::ranges::for_each(values, [&total](int value) { total += value; });
     EXPECT_EQ(total, 60);
-
-    cow_Map<int, int> map{{4, 1}, {2, 1}, {9, 1}};
-    EXPECT_EQ(std::ranges::count_if(map, [](auto entry) { return entry.first > 3; }), 2);
     auto keysInOrder = map.Sorted() | std::views::transform([](auto entry) { return entry.first; });
     EXPECT_TRUE(std::ranges::is_sorted(keysInOrder));
+#endif
 
     cow_FixedArray<int> fixed{3, 1, 2};
     EXPECT_EQ(std::ranges::min(fixed), 1);
