@@ -54,6 +54,8 @@ template <class K, class V>
 class cow_Btree;
 template <class K, class V>
 class cow_BtreeIterator;
+template <class T>
+struct cow_HandOverTraits;
 
 // One key/value pair of a tree, with its two child links and its depth.
 //
@@ -131,6 +133,7 @@ public:
 private:
     friend class cow_Btree<K, V>;
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree<K, V>>;  // rebuilds nodes and links (cow_HandOver.h)
 
     // Recomputes maxDepth from the children: 0 for a leaf, else one more than
     // the deeper child's maxDepth.
@@ -222,6 +225,7 @@ public:
 
 private:
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree>;  // sets root and count (cow_HandOver.h)
 
     // The node of `key`, or null; makes every node it visits private.
     Node* Find(K const& key);
