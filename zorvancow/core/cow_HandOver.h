@@ -14,10 +14,19 @@
 // and writing its own.
 //
 // The rule: call it on the thread that owns `value` (and every value sharing
-// storage with it), then move the result across, for instance as an argument
-// of std::thread or through a queue with its own synchronisation. From then
-// on the receiver owns the copy and everything that it shares with its own
-// copies.
+// storage with it), and let the result reach the other thread without a copy
+// of it staying behind. The containers have no move constructors, so passing
+// the result by value (an argument of std::thread, a lambda capture, a
+// promise) copies it, and the copy left on the sender's side shares its
+// counts until the sender destroys it, possibly while the receiver works.
+// Two ways that leave nothing behind:
+// - cow_HandOverPtr(value): the copy made in place on the heap, owned by a
+//   std::unique_ptr, which moves across as a pointer;
+// - a variable initialised from cow_HandOver(value) that the sender does not
+//   touch again until it has synchronised with the receiver (joined it, say),
+//   when it may destroy it.
+// From then on the receiver owns the copy and everything that it shares with
+// its own copies.
 //
 // Cost: a deep copy, linear in the elements and strings; every piece is
 // allocated again. What the copy keeps:
@@ -36,6 +45,7 @@
 // deep already except for the texts of cow_String elements, and a type
 // without a rule here fails to compile.
 
+#include <memory>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -67,6 +77,13 @@ struct cow_HandOverTraits {
 template <class T>
 T cow_HandOver(T const& value) {
     return cow_HandOverTraits<T>::Copy(value);
+}
+
+// The same copy, made in place on the heap: a std::unique_ptr moves to
+// another thread as a pointer, so no copy of the value stays behind.
+template <class T>
+std::unique_ptr<T> cow_HandOverPtr(T const& value) {
+    return std::unique_ptr<T>(new T(cow_HandOver(value)));
 }
 
 // Strings: a new text, or no header at all for a value that had none.
