@@ -36,7 +36,7 @@
 // a shift, a mask and two indexed reads. Copies are deep: every element block
 // is duplicated, and the elements are copied by their own copy assignment.
 template <class T>
-class ZORVANCOW_TYPE omi_BlockedArray {
+class omi_BlockedArray {
 public:
     // `pointerCount` null entries (0 gives no pointer array; the array then
     // grows in units of 128), element blocks of 1 << `shift` values. A non-zero
@@ -184,15 +184,15 @@ private:
 };
 
 template <class T>
-class omi_UintTable;
+class ZORVANCOW_TYPE omi_UintTable;
 template <class T>
-class omi_UintTableIterator;
+class ZORVANCOW_TYPE omi_UintTableIterator;
 
 // A table block: a blocked array whose bit vector says which indexes hold an
 // element. A clear bit may sit on a default or a stale value. A table block
 // is a plain mutable object; its copy is deep, bit vector included.
 template <class T>
-class ZORVANCOW_TYPE omi_UintTableBlock : public omi_BlockedArray<T> {
+class omi_UintTableBlock : public omi_BlockedArray<T> {
 public:
     // See omi_BlockedArray: `pointerCount` entries, blocks of 1 << `shift`.
     omi_UintTableBlock(unsigned int pointerCount, unsigned int shift)

@@ -51,9 +51,9 @@ inline std::int32_t cow_BtreeKeyCompare(atr_String const& searched, atr_String c
 }
 
 template <class K, class V>
-class cow_Btree;
+class ZORVANCOW_TYPE cow_Btree;
 template <class K, class V>
-class cow_BtreeIterator;
+class ZORVANCOW_TYPE cow_BtreeIterator;
 template <class T>
 struct cow_HandOverTraits;
 
