@@ -55,6 +55,8 @@ template <class K, class V>
 class ZORVANCOW_TYPE cow_Btree;
 template <class K, class V>
 class ZORVANCOW_TYPE cow_BtreeIterator;
+template <class T>
+struct cow_HandOverTraits;
 
 // One key/value pair of a tree, with its two child links and its depth.
 //
@@ -132,6 +134,7 @@ public:
 private:
     friend class cow_Btree<K, V>;
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree<K, V>>;  // rebuilds nodes and links (cow_HandOver.h)
 
     // Recomputes maxDepth from the children: 0 for a leaf, else one more than
     // the deeper child's maxDepth.
@@ -223,6 +226,7 @@ public:
 
 private:
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree>;  // sets root and count (cow_HandOver.h)
 
     // The node of `key`, or null; makes every node it visits private.
     Node* Find(K const& key);
