@@ -21,7 +21,7 @@ namespace {
 using fuzz::Input;
 
 constexpr int kSlots = 4;
-constexpr int kMaxCount = 3000;  // keeps every step cheap; far from any size limit
+constexpr int kMaxCount = 1000;  // several blocks and table growths, yet cheap to check
 
 using Inner = cow_1DArrayList<int>;
 
@@ -437,7 +437,7 @@ void NestedStep(State& st, Input& in) {
     cow_List<Inner>& list = st.nested[a];
     std::vector<std::vector<int>>& model = st.nestedModels[a];
     int const count = static_cast<int>(model.size());
-    bool const full = count >= 200;
+    bool const full = count >= 100;
     int const value = in.Below(100);
     // The element to add: a fresh list, or one shared with another slot.
     std::vector<int> fresh(static_cast<std::size_t>(in.Below(20)), value);
@@ -491,7 +491,7 @@ void NestedStep(State& st, Input& in) {
             } else if (n > 0 && in.Below(2) == 0) {
                 FUZZ_CHECK(inner.Pop() == innerModel.back());
                 innerModel.pop_back();
-            } else if (n < 500) {
+            } else if (n < 200) {
                 int const at = in.Below(n + 1);
                 inner.Insert(at, value);
                 innerModel.insert(innerModel.begin() + at, value);
@@ -504,7 +504,7 @@ void NestedStep(State& st, Input& in) {
             model.pop_back();
             break;
         case 6:
-            if (a == b || count + static_cast<int>(st.nestedModels[b].size()) > 200) break;
+            if (a == b || count + static_cast<int>(st.nestedModels[b].size()) > 100) break;
             list.Append(st.nested[b]);
             model.insert(model.end(), st.nestedModels[b].begin(), st.nestedModels[b].end());
             break;

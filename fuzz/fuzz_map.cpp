@@ -21,6 +21,7 @@ using fuzz::Input;
 
 constexpr int kSlots = 4;
 constexpr int kMaxList = 100;
+constexpr std::size_t kMaxKeys = 64;
 
 // How the two key and value types meet their models.
 std::string ModelKey(cow_String const& key) { return key.GetCString(); }
@@ -172,6 +173,7 @@ struct Family {
                     mapValue = maps[b].ConstGet(MapKey(from->first));
                     value = from->second;
                 }
+                if (model.size() >= kMaxKeys && model.count(key) == 0) break;
                 FUZZ_CHECK(map.Insert(mapKey, mapValue));
                 model[key] = value;
                 break;

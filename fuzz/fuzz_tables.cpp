@@ -28,18 +28,19 @@ using Uint = omi_UintTable<int>;
 using UintModel = std::map<unsigned int, int>;
 
 constexpr int kSlots = 4;
-constexpr std::size_t kMaxKeys = 200;
+constexpr std::size_t kMaxKeys = 100;
 
-// Construction arguments that keep every array small: at most 2^16 table
-// blocks, at most 2^16 element-block pointers in a table block, element
-// blocks of at most 4096 values.
+// Construction arguments that keep every array small, since walks scan the
+// pointer arrays and copies duplicate them: at most 2^12 table blocks, at
+// most 2^12 element-block pointers in a table block, element blocks of at
+// most 4096 values.
 struct Arguments {
     unsigned int a, b, c;
 };
 Arguments PickArguments(Input& in) {
     if (in.Below(4) == 0) return {12, 10, 24};
-    unsigned int const a = 8 + static_cast<unsigned int>(in.Below(9));
-    unsigned int const lowest = a >= 16 ? 0 : 16 - a;
+    unsigned int const a = 8 + static_cast<unsigned int>(in.Below(5));
+    unsigned int const lowest = 20 - a;
     unsigned int const e = lowest + static_cast<unsigned int>(in.Below(static_cast<int>(13 - lowest)));
     return {a, 32 - a - e, 1 + static_cast<unsigned int>(in.Below(64))};
 }

@@ -22,7 +22,8 @@ using InnerModel = std::map<int, int>;
 using OuterModel = std::map<std::string, InnerModel>;
 
 constexpr int kSlots = 4;
-constexpr int kMaxInner = 64;
+constexpr int kMaxInner = 32;
+constexpr std::size_t kMaxOuter = 48;
 
 // Inner keys stay far inside the 2^31 span that integer keys of one tree
 // must keep.
@@ -183,6 +184,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
                         inner = trees[b].ConstGet(cow_String(from->first.c_str()));
                         innerModel = from->second;
                     }
+                    if (model.size() >= kMaxOuter && model.count(text) == 0) break;
                     FUZZ_CHECK(tree.InsertUnlessMember(key, inner) == model.emplace(text, innerModel).second);
                     break;
                 }
