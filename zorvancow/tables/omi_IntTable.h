@@ -20,6 +20,11 @@
 // a cow_COW handle on a whole omi_IntTable, whose first write through a shared
 // handle copies the whole table (only cow_String texts stay shared).
 // Nothing is locked; a table and its iterators belong to one thread at a time.
+//
+// This header holds the general omi_IntTable<T>. The table of ints is the
+// base library's own specialization, declared in zorvanbase/omi_IntTable.h
+// (hence the same file name in the two trees); this library only shares such
+// tables through cow_COW.
 
 #include <cstdint>
 #include <cstdio>
@@ -184,9 +189,9 @@ private:
 };
 
 template <class T>
-class omi_UintTable;
+class ZORVANCOW_TYPE omi_UintTable;
 template <class T>
-class omi_UintTableIterator;
+class ZORVANCOW_TYPE omi_UintTableIterator;
 
 // A table block: a blocked array whose bit vector says which indexes hold an
 // element. A clear bit may sit on a default or a stale value. A table block
@@ -238,7 +243,7 @@ private:
 // removal of the last. A removal leaves the old value in place until the key
 // is stored again or its table block goes. Copies are deep.
 template <class T>
-class omi_UintTable {
+class ZORVANCOW_TYPE omi_UintTable {
 public:
     // The arguments 12, 10, 24: 4096 table blocks of 2^20 keys, element
     // blocks of 1024 values.
@@ -336,7 +341,7 @@ private:
 // through cow_COW<omi_IntTable<T>>, whose first write to a shared table copies
 // both halves with all their blocks.
 template <class T>
-class omi_IntTable {
+class ZORVANCOW_TYPE omi_IntTable {
 public:
     // Both halves with the arguments 12, 10, 24 (see omi_UintTable).
     omi_IntTable();
@@ -412,7 +417,7 @@ private:
 // exists. An iterator must be positioned with First or Last before anything
 // else; CurrentKey and CurrentValue need IsDone() false.
 template <class T>
-class omi_UintTableIterator {
+class ZORVANCOW_TYPE omi_UintTableIterator {
 public:
     // One element in sorted mode.
     struct SortedRecord {
@@ -439,54 +444,13 @@ public:
     ~omi_UintTableIterator();
 
     // To the smallest key (in sorted mode: the first record).
-    void First() {
-        if (compare != nullptr) {
-            position = -1;
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            done = table->count < 1;
-            position = 0;
-            return;
-        }
-        position = -1;
-        done = !NextBlock();
-    }
+    void First() { compare != nullptr ? SortedFirst() : PlainFirst(); }
     // To the greatest key (in sorted mode: the last record).
-    void Last() {
-        if (compare != nullptr) {
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            position = table->count - 1;
-            done = false;
-            return;
-        }
-        position = static_cast<std::int32_t>(table->blockCount);
-        done = !PrevBlock();
-    }
+    void Last() { compare != nullptr ? SortedLast() : PlainLast(); }
     // To the next greater key; on the last one the iterator becomes done.
-    void Next() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            ++position;
-            done = position == table->count;
-            return;
-        }
-        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
-    }
+    void Next() { compare != nullptr ? SortedNext() : PlainNext(); }
     // To the next smaller key; on the first one the iterator becomes done.
-    void Prev() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            if (position > 0) --position;
-            done = false;
-            return;
-        }
-        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
-    }
+    void Prev() { compare != nullptr ? SortedPrev() : PlainPrev(); }
     bool IsDone() const { return done; }
     unsigned int CurrentKey() const { return compare != nullptr ? sorted[position]->key : low + base; }
     T const& CurrentValue() const {
@@ -494,6 +458,53 @@ public:
     }
 
 private:
+    // Plain mode: `position` is the current table block, `low` the key's
+    // index inside it, and the walker steps over the block's used keys.
+    void PlainFirst() {
+        position = -1;
+        done = !NextBlock();
+    }
+    void PlainLast() {
+        position = static_cast<std::int32_t>(table->blockCount);
+        done = !PrevBlock();
+    }
+    void PlainNext() {
+        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
+    }
+    void PlainPrev() {
+        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
+    }
+
+    // Sorted mode: `position` is the index in `sorted`, built at the first
+    // First or Last; the steps before that do nothing.
+    void SortedFirst() {
+        position = -1;
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        done = table->count < 1;
+        position = 0;
+    }
+    void SortedLast() {
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        position = table->count - 1;
+        done = false;
+    }
+    void SortedNext() {
+        if (sorted == nullptr) return;
+        ++position;
+        done = position == table->count;
+    }
+    void SortedPrev() {
+        if (sorted == nullptr) return;
+        if (position > 0) --position;
+        done = false;
+    }
+
     bool NextBlock() {
         ++position;
         while (static_cast<unsigned int>(position) < table->blockCount && table->blocks[position] == nullptr)
@@ -537,7 +548,7 @@ private:
 // exists. Position with First or Last before anything else; CurrentKey and
 // CurrentValue need IsDone() false. There is no backward step.
 template <class T>
-class omi_IntTableIterator {
+class ZORVANCOW_TYPE omi_IntTableIterator {
 public:
     // Not yet positioned. Allocates nothing.
     explicit omi_IntTableIterator(omi_IntTable<T> const& walked);
@@ -711,48 +722,6 @@ T const& omi_IntTableIterator<T>::CurrentValue() const {
     return remaining != 0 ? negativeWalk.CurrentValue() : nonNegativeWalk.CurrentValue();
 }
 
-// ---- what the library holds compiled (zorvancow/instantiations/tables.cpp) ----
-//
-// Only the members listed here are exported, one by one; the rest of each
-// class is inline, or instantiated hidden where it is used.
-
-#define ZORVANCOW_TABLE_MEMBERS(PREFIX, T)                                                        \
-    PREFIX ZORVANCOW_API omi_UintTableBlock<T>::~omi_UintTableBlock();                            \
-    PREFIX ZORVANCOW_API bool omi_UintTableBlock<T>::Insert(unsigned int, T const&);              \
-    PREFIX ZORVANCOW_API omi_UintTable<T>::~omi_UintTable();                                      \
-    PREFIX ZORVANCOW_API bool omi_UintTable<T>::Insert(unsigned int, T const&);                   \
-    PREFIX ZORVANCOW_API bool omi_UintTable<T>::Remove(unsigned int);                             \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::omi_IntTable();                                         \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::omi_IntTable(unsigned int, unsigned int, unsigned int); \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::omi_IntTable(omi_IntTable<T> const&);                   \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::~omi_IntTable();                                        \
-    PREFIX ZORVANCOW_API omi_UintTableIterator<T>::~omi_UintTableIterator();                      \
-    PREFIX ZORVANCOW_API omi_IntTableIterator<T>::omi_IntTableIterator(omi_IntTable<T> const&);   \
-    PREFIX ZORVANCOW_API omi_IntTableIterator<T>::omi_IntTableIterator(                           \
-        omi_IntTable<T> const&, int (*)(void const*, void const*));                               \
-    PREFIX ZORVANCOW_API void omi_IntTableIterator<T>::First();                                   \
-    PREFIX ZORVANCOW_API void omi_IntTableIterator<T>::Last();                                    \
-    PREFIX ZORVANCOW_API void omi_IntTableIterator<T>::Next();                                    \
-    PREFIX ZORVANCOW_API bool omi_IntTableIterator<T>::IsDone() const;                            \
-    PREFIX ZORVANCOW_API int omi_IntTableIterator<T>::CurrentKey() const;                         \
-    PREFIX ZORVANCOW_API T const& omi_IntTableIterator<T>::CurrentValue() const
-
-// The handle members exported for a table type: both constructors, Get, the
-// base destructor and Delete; for the library's own tables also operator=
-// from a pointer and the copy policy.
-#define ZORVANCOW_TABLE_COW_MEMBERS(PREFIX, Table)                                        \
-    PREFIX ZORVANCOW_API cow_COW<Table>::cow_COW(Table const&);                           \
-    PREFIX ZORVANCOW_API cow_COW<Table>::cow_COW(Table*);                                 \
-    PREFIX ZORVANCOW_API Table& cow_COW<Table>::Get();                                    \
-    PREFIX ZORVANCOW_API cow_CountedHld<Table>::~cow_CountedHld();                        \
-    PREFIX ZORVANCOW_API void cow_CountedHld<Table>::Delete()
-#define ZORVANCOW_TABLE_COW_REPLACE(PREFIX, Table)                                        \
-    PREFIX ZORVANCOW_API cow_CountedHld<Table>& cow_CountedHld<Table>::operator=(Table*); \
-    PREFIX ZORVANCOW_API Table* cow_Direct<Table>::Copy(Table const&)
-
-ZORVANCOW_TABLE_MEMBERS(extern template, cow_String);
-ZORVANCOW_TABLE_COW_MEMBERS(extern template, omi_IntTable<cow_String>);
-ZORVANCOW_TABLE_COW_REPLACE(extern template, omi_IntTable<cow_String>);
-ZORVANCOW_TABLE_COW_MEMBERS(extern template, omi_IntTable<int>);
+#include "zorvancow/tables/omi_IntTableExports.h"
 
 #endif
