@@ -10,7 +10,7 @@ check_cxx_compiler_flag(-fno-semantic-interposition ZORVAN_CXX_HAS_NO_SEMANTIC_I
 # clang leaves its sanitizer runtimes out of shared libraries (the program
 # brings them), so a sanitized clang library has undefined symbols by design.
 set(ZORVAN_NO_UNDEFINED ${ZORVAN_LINKER_HAS_NO_UNDEFINED})
-if(ZORVANCOW_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+if((ZORVANCOW_SANITIZE OR ZORVANCOW_TSAN) AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   set(ZORVAN_NO_UNDEFINED OFF)
 endif()
 

@@ -10,6 +10,10 @@ if(ZORVANCOW_SANITIZE)
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(zorvan_project_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(ZORVANCOW_TSAN)
+  target_compile_options(zorvan_project_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+  target_link_options(zorvan_project_options INTERFACE -fsanitize=thread)
+endif()
 
 # zorvan_apply_project_options(<dir>)
 # Gives zorvan_project_options to every target built under <dir>, so that a

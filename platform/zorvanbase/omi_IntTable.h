@@ -16,10 +16,10 @@
 #include "zorvan_export.h"
 
 template <class T>
-class omi_IntTable;
+class ZORVAN_TYPE omi_IntTable;
 
 template <class T>
-struct cow_Direct;
+struct ZORVAN_TYPE cow_Direct;
 
 template <>
 class ZORVAN_EXPORT omi_IntTable<int> {

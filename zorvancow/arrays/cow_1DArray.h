@@ -34,9 +34,9 @@
 
 
 template <class T>
-class cow_1DArray;
+class ZORVANCOW_TYPE cow_1DArray;
 template <class T>
-class cow_1DArrayIter;
+class ZORVANCOW_TYPE cow_1DArrayIter;
 
 // One block of a blocked array: a count of the tables that hold it (the
 // inherited cow_Counter, starting at 1) and storage for the elements. A block

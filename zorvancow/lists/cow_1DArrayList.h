@@ -95,7 +95,7 @@ struct cow_ListAlgorithms {
 };
 
 template <class T>
-class cow_1DArrayListIter;
+class ZORVANCOW_TYPE cow_1DArrayListIter;
 
 // A growable sequence with its own count on a blocked array whose head stays
 // at 0. Also a value type of trees and maps, and an element of lists.

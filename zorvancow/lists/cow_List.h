@@ -33,7 +33,7 @@
 #include "zorvancow/lists/cow_1DArrayList.h"
 
 template <class T>
-class cow_ListIter;
+class ZORVANCOW_TYPE cow_ListIter;
 
 template <class T>
 class ZORVANCOW_TYPE cow_List {
