@@ -7,8 +7,9 @@ check_linker_flag(CXX "-Wl,--no-undefined" ZORVAN_LINKER_HAS_NO_UNDEFINED)
 check_linker_flag(CXX "-Wl,-Bsymbolic-functions" ZORVAN_LINKER_HAS_BSYMBOLIC_FUNCTIONS)
 check_cxx_compiler_flag(-fno-semantic-interposition ZORVAN_CXX_HAS_NO_SEMANTIC_INTERPOSITION)
 
-# clang leaves its sanitizer runtimes out of shared libraries (the program
-# brings them), so a sanitized clang library has undefined symbols by design.
+# clang links its sanitizer and fuzzer runtimes into the executable only, and
+# the library finds them there at load time: a sanitized clang library has
+# undefined symbols by design.
 set(ZORVAN_NO_UNDEFINED ${ZORVAN_LINKER_HAS_NO_UNDEFINED})
 if((ZORVANCOW_SANITIZE OR ZORVANCOW_TSAN) AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
   set(ZORVAN_NO_UNDEFINED OFF)

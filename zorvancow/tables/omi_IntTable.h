@@ -20,6 +20,11 @@
 // a cow_COW handle on a whole omi_IntTable, whose first write through a shared
 // handle copies the whole table (only cow_String texts stay shared).
 // Nothing is locked; a table and its iterators belong to one thread at a time.
+//
+// This header holds the general omi_IntTable<T>. The table of ints is the
+// base library's own specialization, declared in zorvanbase/omi_IntTable.h
+// (hence the same file name in the two trees); this library only shares such
+// tables through cow_COW.
 
 #include <cstdint>
 #include <cstdio>
