@@ -6,6 +6,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_String.h"
 
 // How the containers treat one element type: how a run of elements is made
@@ -30,7 +31,7 @@ struct cow_Element {
     // Storage for n elements from array new: zero bytes for plain types,
     // default-constructed elements otherwise.
     static T* NewRun(int n) {
-        T* run = new T[static_cast<std::size_t>(n)];
+        T* run = cow_Allocate([n] { return new T[static_cast<std::size_t>(n)]; });
         if constexpr (plain) std::memset(static_cast<void*>(run), 0, sizeof(T) * static_cast<std::size_t>(n));
         return run;
     }
