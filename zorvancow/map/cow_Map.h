@@ -252,8 +252,16 @@ public:
         if (!IsDone()) ++position;
     }
     // The current entry. Precondition: !IsDone().
-    K const& CurrentKey() const { return nodes[position]->key; }
-    V const& CurrentValue() const { return nodes[position]->value; }
+    K const& CurrentKey() const {
+        ZORVANCOW_CHECK(!IsDone(), "cow_ConstMapIterator::CurrentKey", "the iterator is done", "position %d, count %d",
+                        position, map.GetCount());
+        return nodes[position]->key;
+    }
+    V const& CurrentValue() const {
+        ZORVANCOW_CHECK(!IsDone(), "cow_ConstMapIterator::CurrentValue", "the iterator is done", "position %d, count %d",
+                        position, map.GetCount());
+        return nodes[position]->value;
+    }
 
     // Inspection: the snapshot the iterator walks.
     cow_Map<K, V> const& GetMap() const { return map; }

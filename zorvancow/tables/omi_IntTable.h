@@ -516,8 +516,16 @@ public:
         if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
     }
     bool IsDone() const { return done; }
-    unsigned int CurrentKey() const { return compare != nullptr ? sorted[position]->key : low + base; }
+    unsigned int CurrentKey() const {
+        ZORVANCOW_CHECK(!done && (compare == nullptr ? block != nullptr : sorted != nullptr),
+                        "omi_UintTableIterator::CurrentKey", "the iterator is done or not positioned", "position %d",
+                        position);
+        return compare != nullptr ? sorted[position]->key : low + base;
+    }
     T const& CurrentValue() const {
+        ZORVANCOW_CHECK(!done && (compare == nullptr ? block != nullptr : sorted != nullptr),
+                        "omi_UintTableIterator::CurrentValue", "the iterator is done or not positioned", "position %d",
+                        position);
         return compare != nullptr ? *sorted[position]->value : block->ElementAt(low);
     }
 

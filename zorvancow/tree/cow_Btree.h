@@ -274,8 +274,14 @@ public:
     // True when there is no current element.
     bool IsDone() const { return top == nullptr; }
     // Key and value of the current element. Precondition: not IsDone().
-    K const& CurrentKey() const { return top->link->ConstGet()->GetKey(); }
-    V const& CurrentValue() const { return top->link->ConstGet()->GetValue(); }
+    K const& CurrentKey() const {
+        ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::CurrentKey", "the iterator is done", "stack depth %d", 0);
+        return top->link->ConstGet()->GetKey();
+    }
+    V const& CurrentValue() const {
+        ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::CurrentValue", "the iterator is done", "stack depth %d", 0);
+        return top->link->ConstGet()->GetValue();
+    }
 
     // Inspection: the number of frames, which is the current node's level
     // plus one (0 when done).
@@ -593,6 +599,7 @@ void cow_BtreeIterator<K, V>::Last() {
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Next() {
+    ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Next", "the iterator is done", "stack depth %d", 0);
     if (Handle* down = TopNode()->right) {
         Push(down);
         while (Handle* next = TopNode()->left) Push(next);
@@ -608,6 +615,7 @@ void cow_BtreeIterator<K, V>::Next() {
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Previous() {
+    ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Previous", "the iterator is done", "stack depth %d", 0);
     if (Handle* down = TopNode()->left) {
         Push(down);
         while (Handle* next = TopNode()->right) Push(next);
