@@ -18,7 +18,7 @@
 #include "zorvanmem/aio_ostream.h"
 #include "zorvanstr/atr_String.h"
 
-class cow_String : public atr_StringBase {
+class ZORVANCOW_TYPE cow_String : public atr_StringBase {
 public:
     // The empty value: no header, nothing allocated.
     cow_String() = default;

@@ -20,6 +20,11 @@
 // a cow_COW handle on a whole omi_IntTable, whose first write through a shared
 // handle copies the whole table (only cow_String texts stay shared).
 // Nothing is locked; a table and its iterators belong to one thread at a time.
+//
+// This header holds the general omi_IntTable<T>. The table of ints is the
+// base library's own specialization, declared in zorvanbase/omi_IntTable.h
+// (hence the same file name in the two trees); this library only shares such
+// tables through cow_COW.
 
 #include <cstdint>
 #include <cstdio>
@@ -37,7 +42,7 @@
 // a shift, a mask and two indexed reads. Copies are deep: every element block
 // is duplicated, and the elements are copied by their own copy assignment.
 template <class T>
-class ZORVANCOW_TYPE omi_BlockedArray {
+class omi_BlockedArray {
 public:
     // `pointerCount` null entries (0 gives no pointer array; the array then
     // grows in units of 128), element blocks of 1 << `shift` values. A non-zero
@@ -197,15 +202,15 @@ private:
 };
 
 template <class T>
-class omi_UintTable;
+class ZORVANCOW_TYPE omi_UintTable;
 template <class T>
-class omi_UintTableIterator;
+class ZORVANCOW_TYPE omi_UintTableIterator;
 
 // A table block: a blocked array whose bit vector says which indexes hold an
 // element. A clear bit may sit on a default or a stale value. A table block
 // is a plain mutable object; its copy is deep, bit vector included.
 template <class T>
-class ZORVANCOW_TYPE omi_UintTableBlock : public omi_BlockedArray<T> {
+class omi_UintTableBlock : public omi_BlockedArray<T> {
 public:
     // See omi_BlockedArray: `pointerCount` entries, blocks of 1 << `shift`.
     omi_UintTableBlock(unsigned int pointerCount, unsigned int shift)
@@ -467,54 +472,13 @@ public:
     ~omi_UintTableIterator();
 
     // To the smallest key (in sorted mode: the first record).
-    void First() {
-        if (compare != nullptr) {
-            position = -1;
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            done = table->count < 1;
-            position = 0;
-            return;
-        }
-        position = -1;
-        done = !NextBlock();
-    }
+    void First() { compare != nullptr ? SortedFirst() : PlainFirst(); }
     // To the greatest key (in sorted mode: the last record).
-    void Last() {
-        if (compare != nullptr) {
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            position = table->count - 1;
-            done = false;
-            return;
-        }
-        position = static_cast<std::int32_t>(table->blockCount);
-        done = !PrevBlock();
-    }
+    void Last() { compare != nullptr ? SortedLast() : PlainLast(); }
     // To the next greater key; on the last one the iterator becomes done.
-    void Next() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            ++position;
-            done = position == table->count;
-            return;
-        }
-        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
-    }
+    void Next() { compare != nullptr ? SortedNext() : PlainNext(); }
     // To the next smaller key; on the first one the iterator becomes done.
-    void Prev() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            if (position > 0) --position;
-            done = false;
-            return;
-        }
-        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
-    }
+    void Prev() { compare != nullptr ? SortedPrev() : PlainPrev(); }
     bool IsDone() const { return done; }
     unsigned int CurrentKey() const {
         ZORVANCOW_CHECK(!done && (compare == nullptr ? block != nullptr : sorted != nullptr),
@@ -530,6 +494,53 @@ public:
     }
 
 private:
+    // Plain mode: `position` is the current table block, `low` the key's
+    // index inside it, and the walker steps over the block's used keys.
+    void PlainFirst() {
+        position = -1;
+        done = !NextBlock();
+    }
+    void PlainLast() {
+        position = static_cast<std::int32_t>(table->blockCount);
+        done = !PrevBlock();
+    }
+    void PlainNext() {
+        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
+    }
+    void PlainPrev() {
+        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
+    }
+
+    // Sorted mode: `position` is the index in `sorted`, built at the first
+    // First or Last; the steps before that do nothing.
+    void SortedFirst() {
+        position = -1;
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        done = table->count < 1;
+        position = 0;
+    }
+    void SortedLast() {
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        position = table->count - 1;
+        done = false;
+    }
+    void SortedNext() {
+        if (sorted == nullptr) return;
+        ++position;
+        done = position == table->count;
+    }
+    void SortedPrev() {
+        if (sorted == nullptr) return;
+        if (position > 0) --position;
+        done = false;
+    }
+
     bool NextBlock() {
         ++position;
         while (static_cast<unsigned int>(position) < table->blockCount && table->blocks[position] == nullptr)

@@ -32,6 +32,7 @@
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
+#include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 
 // Key comparisons of the tree: negative when `searched` orders before
@@ -52,9 +53,11 @@ inline std::int32_t cow_BtreeKeyCompare(atr_String const& searched, atr_String c
 }
 
 template <class K, class V>
-class cow_Btree;
+class ZORVANCOW_TYPE cow_Btree;
 template <class K, class V>
-class cow_BtreeIterator;
+class ZORVANCOW_TYPE cow_BtreeIterator;
+template <class T>
+struct cow_HandOverTraits;
 
 // One key/value pair of a tree, with its two child links and its depth.
 //
@@ -132,6 +135,7 @@ public:
 private:
     friend class cow_Btree<K, V>;
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree<K, V>>;  // rebuilds nodes and links (cow_HandOver.h)
 
     // Recomputes maxDepth from the children: 0 for a leaf, else one more than
     // the deeper child's maxDepth.
@@ -223,6 +227,7 @@ public:
 
 private:
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree>;  // sets root and count (cow_HandOver.h)
 
     // The node of `key`, or null; makes every node it visits private.
     Node* Find(K const& key);
@@ -633,18 +638,14 @@ void cow_BtreeIterator<K, V>::Previous() {
 
 template <class K, class V>
 cow_List<K> cow_BtreeUtils<K, V>::cow_Keys(cow_Btree<K, V> const& tree) {
-    cow_List<K> keys;
-    cow_BtreeIterator<K, V> it(tree);
-    for (it.First(); !it.IsDone(); it.Next()) keys.Append(it.CurrentKey());
-    return keys;
+    return cow_CollectWalk<K, cow_BtreeIterator<K, V>>(
+        tree, [](cow_BtreeIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
 }
 
 template <class K, class V>
 cow_List<V> cow_BtreeUtils<K, V>::cow_Values(cow_Btree<K, V> const& tree) {
-    cow_List<V> values;
-    cow_BtreeIterator<K, V> it(tree);
-    for (it.First(); !it.IsDone(); it.Next()) values.Append(it.CurrentValue());
-    return values;
+    return cow_CollectWalk<V, cow_BtreeIterator<K, V>>(
+        tree, [](cow_BtreeIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
 #include "zorvancow/tree/cow_BtreeExports.h"
