@@ -29,7 +29,7 @@ void* operator new(std::size_t size) {
         // Not counted as an allocation of the code under test.
         ++pausedCalls;
         if (failAt.load() != 0) ++failAt;
-    } else if (failAt.load() != 0 && NewCalls() + 1 == failAt.load()) {
+    } else if (failAt.load() != 0 && newCalls.load() + 1 == failAt.load()) {
         failAt = 0;
         newCalls.fetch_add(1, std::memory_order_relaxed);
         throw std::bad_alloc();
