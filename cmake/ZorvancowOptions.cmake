@@ -5,6 +5,10 @@
 add_library(zorvan_project_options INTERFACE)
 target_compile_options(zorvan_project_options INTERFACE
   $<$<CXX_COMPILER_ID:GNU,Clang>:-Wall -Wextra -Wpedantic>)
+# Checked mode is this tree's choice; a client of the installed library
+# makes its own for the inline code (zorvancow/core/cow_Check.h).
+target_compile_definitions(zorvan_project_options INTERFACE
+  ZORVANCOW_CHECKED=$<BOOL:${ZORVANCOW_CHECKED}>)
 if(ZORVANCOW_SANITIZE)
   target_compile_options(zorvan_project_options INTERFACE
     -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -21,6 +21,7 @@
 // Counts are plain integers, and even a const read may create a block in a
 // shared table: arrays that share storage belong to one thread at a time.
 
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -29,6 +30,7 @@
 #include <utility>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -203,6 +205,11 @@ private:
     }
     // Gives up this array's hold on the table, freeing it when last.
     void ReleaseTable();
+    // Before growth to n elements: when the table would have to grow while
+    // at least half of it lies empty in front of the head (a list used as a
+    // queue leaves that behind), moves the used slots to the front instead.
+    // An internal step of Grow.
+    void ReclaimFront(int n);
     // Lowers a block's count, destroying it at 0; true when destroyed.
     static bool ReleaseBlock(Block* block) {
         if (!block->Decrement()) return false;
@@ -394,9 +401,12 @@ void cow_1DArray<T>::CopyArray() {
 
 template <class T>
 inline T& cow_1DArray<T>::Get(int i) {
+    ZORVANCOW_CHECK(i >= 0, "cow_1DArray::Get", "negative index", "index %d, size %d", i, end - head);
     if (i >= end - head) {
         // On a private table whose slots already reach the new end, growing
         // is only a new end; everything else takes the whole of Grow.
+        ZORVANCOW_REQUIRE(i < INT_MAX - head, "cow_1DArray::Get", "the position would pass 2147483647",
+                          "index %d, head %d", i, head);
         int newEnd = head + i + 1;
         if (end != 0 && tableCounter->GetCount() == 1 && ((newEnd - 1) >> shift) < capacity) {
             end = newEnd;
@@ -430,6 +440,8 @@ T& cow_1DArray<T>::FullArrayGet(int p) {
 
 template <class T>
 inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
+    ZORVANCOW_CHECK(i >= 0 && i < end - head && table != nullptr, "cow_1DArray::PartialArrayConstGet",
+                    "index out of range", "index %d, size %d", i, table != nullptr ? end - head : 0);
     int p = head + i;
     int s = p >> shift;
     int o = p - (s << shift);
@@ -445,7 +457,11 @@ inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
 
 template <class T>
 bool cow_1DArray<T>::Grow(int n) {
+    ZORVANCOW_CHECK(n >= 0, "cow_1DArray::Grow", "negative size", "size %d", n);
+    ZORVANCOW_REQUIRE(n <= INT_MAX - head, "cow_1DArray::Grow", "the end position would pass 2147483647",
+                      "size %d, head %d", n, head);
     CopyArray();
+    if (n > 0) ReclaimFront(n);
     int oldBlockEnd = BlockEnd();
     int newCapacity = capacity;
     if (n != 0) {
@@ -483,6 +499,25 @@ bool cow_1DArray<T>::Grow(int n) {
 }
 
 template <class T>
+void cow_1DArray<T>::ReclaimFront(int n) {
+    int const start = BlockStart();
+    if (end == 0 || start <= 0 || 2 * start < capacity) return;
+    std::int64_t const newEnd = static_cast<std::int64_t>(head) + n;
+    if (((newEnd + (std::int64_t{1} << shift) - 1) >> shift) <= capacity) return;
+    // Every slot in front of the head is empty (the head released each block
+    // it left), so whole blocks move by their pointers: each element keeps
+    // its offset in its block, and head and end fall by the same multiple of
+    // the block length. The array's value does not change.
+    int const stop = BlockEnd();
+    int const used = stop - start;
+    std::memmove(static_cast<void*>(table), static_cast<void const*>(table + start),
+                 sizeof(Block*) * static_cast<std::size_t>(used));
+    for (int s = used > start ? used : start; s < stop; ++s) table[s] = nullptr;
+    head -= start << shift;
+    end -= start << shift;
+}
+
+template <class T>
 T& cow_1DArray<T>::GetHead() {
     if (head != 0) {
         --head;
@@ -493,8 +528,13 @@ T& cow_1DArray<T>::GetHead() {
     }
     int b = BlockEnd();
     if (b == capacity) {
-        Grow((b << shift) + 1);
+        std::int64_t const grown = (static_cast<std::int64_t>(b) << shift) + 1;
+        ZORVANCOW_REQUIRE(grown <= INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
+                          "blocks %d, shift %d", b, shift);
+        Grow(static_cast<int>(grown));
     } else {
+        ZORVANCOW_REQUIRE(end < INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
+                          "end %d", end);
         CopyArray();
         ++end;
     }
@@ -504,6 +544,14 @@ T& cow_1DArray<T>::GetHead() {
     // This move is the cost of front growth: b pointers every time the head
     // reaches position 0.
     int gap = capacity - b;
+    // Positions are ints: a large sized array (blocks of 2^27 elements and
+    // more) cannot put all its free slots in front, since the end would pass
+    // 2147483647. It then uses as many as the positions allow and leaves
+    // the rest at the back.
+    std::int64_t const room = (static_cast<std::int64_t>(INT_MAX) - end + 1) >> shift;
+    if (gap > room) gap = static_cast<int>(room);
+    ZORVANCOW_REQUIRE(gap > 0, "cow_1DArray::GetHead", "no position left in front of the head",
+                      "end %d, shift %d", end, shift);
     if (b > 0) {
         std::memmove(static_cast<void*>(table + gap), static_cast<void const*>(table),
                      sizeof(Block*) * static_cast<std::size_t>(b));
@@ -516,6 +564,9 @@ T& cow_1DArray<T>::GetHead() {
 
 template <class T>
 inline void cow_1DArray<T>::RemoveHead() {
+    ZORVANCOW_CHECK(head < end && tableCounter->GetCount() == 1, "cow_1DArray::RemoveHead",
+                    "needs a non-empty array on a private table", "size %d, table shared by %d", end - head,
+                    tableCounter->GetCount());
     int s = head >> shift;
     ++head;
     if ((head >> shift) > s && table[s] != nullptr) {
@@ -526,6 +577,9 @@ inline void cow_1DArray<T>::RemoveHead() {
 
 template <class T>
 void cow_1DArray<T>::SetFromArray(T const* src, int n) {
+    ZORVANCOW_CHECK(n >= 0 && (head & ((1 << shift) - 1)) == 0, "cow_1DArray::SetFromArray",
+                    "needs a count of 0 or more and a head on a block boundary", "count %d, head %d, block length %d",
+                    n, head, 1 << shift);
     int run = 1 << shift;
     for (int i = 0; i < n; i += run) {
         if (run > n - i) run = n - i;

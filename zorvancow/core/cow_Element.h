@@ -10,6 +10,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_String.h"
 
 // The element and key rules: how the containers make, copy, move, zero,
@@ -122,7 +123,7 @@ struct cow_Element {
     // Storage for n elements from array new: zero bytes for plain types,
     // default-constructed elements otherwise.
     static T* NewRun(int n) {
-        T* run = new T[static_cast<std::size_t>(n)];
+        T* run = cow_Allocate([n] { return new T[static_cast<std::size_t>(n)]; });
         if constexpr (plain) std::memset(static_cast<void*>(run), 0, sizeof(T) * static_cast<std::size_t>(n));
         return run;
     }

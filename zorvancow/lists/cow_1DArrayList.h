@@ -30,6 +30,7 @@
 #include <initializer_list>
 
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Export.h"
 
 // The algorithms both list classes share: moving elements to open or close
@@ -171,10 +172,17 @@ public:
     // Number of elements.
     int GetCount() const { return count; }
     // Element i, read without unsharing (i below the array's size).
-    T const& ConstGet(int i) const { return array.PartialArrayConstGet(i); }
+    T const& ConstGet(int i) const {
+        ZORVANCOW_CHECK(i >= 0 && i < array.GetSize(), "cow_1DArrayList::ConstGet", "index out of range",
+                        "index %d, count %d, array size %d", i, count, array.GetSize());
+        return array.PartialArrayConstGet(i);
+    }
     // Write access to element i: unshares its block and the table, grows the
     // array past its end; the count does not change.
-    T& Get(int i) { return array.Get(i); }
+    T& Get(int i) {
+        ZORVANCOW_CHECK(i >= 0, "cow_1DArrayList::Get", "negative index", "index %d, count %d", i, count);
+        return array.Get(i);
+    }
     // Inspection: the storage, to see what is shared.
     cow_1DArray<T> const& GetArray() const { return array; }
 
@@ -276,6 +284,7 @@ inline void cow_1DArrayList<T>::Append(T const& value) {
 
 template <class T>
 void cow_1DArrayList<T>::Append(cow_1DArrayList const& other) {
+    ZORVANCOW_CHECK(&other != this, "cow_1DArrayList::Append", "a list appended to itself", "count %d", count);
     if (other.count > count) array.Grow(other.count);
     for (int i = 0; i < other.count; ++i) {
         T const& value = other.array.PartialArrayConstGet(i);
@@ -287,6 +296,8 @@ void cow_1DArrayList<T>::Append(cow_1DArrayList const& other) {
 
 template <class T>
 bool cow_1DArrayList<T>::Insert(int index, T const& value) {
+    ZORVANCOW_CHECK(index >= 0 && index <= count, "cow_1DArrayList::Insert", "index out of range",
+                    "index %d, count %d", index, count);
     if (index == count) {
         Append(value);
         return true;
@@ -299,6 +310,8 @@ bool cow_1DArrayList<T>::Insert(int index, T const& value) {
 
 template <class T>
 bool cow_1DArrayList<T>::Remove(int index) {
+    ZORVANCOW_CHECK(count > 0 && index >= 0, "cow_1DArrayList::Remove",
+                    "needs a non-empty list and an index of 0 or more", "index %d, count %d", index, count);
     --count;
     Algorithms::CloseGap(array, count, index);
     return true;
@@ -306,6 +319,7 @@ bool cow_1DArrayList<T>::Remove(int index) {
 
 template <class T>
 T cow_1DArrayList<T>::Pop() {
+    ZORVANCOW_CHECK(count > 0, "cow_1DArrayList::Pop", "the list is empty", "count %d", count);
     T last = array.Get(count - 1);
     Remove(count - 1);
     return last;
@@ -361,6 +375,8 @@ cow_1DArrayList<T> cow_1DArrayList<T>::Slice(int start, int stop) {
 
 template <class T>
 void cow_1DArrayList<T>::Slice(int start, int stop, cow_1DArrayList& out) const {
+    ZORVANCOW_CHECK(start >= 0 || start >= stop || start >= count, "cow_1DArrayList::Slice", "negative start",
+                    "start %d, stop %d, count %d", start, stop, count);
     cow_1DArrayList result;
     if (stop > count) stop = count;
     for (int i = start; i < stop; ++i) {
@@ -374,7 +390,7 @@ void cow_1DArrayList<T>::Slice(int start, int stop, cow_1DArrayList& out) const 
 template <class T>
 T* cow_1DArrayList<T>::GetCArray(int& size) const {
     size = count;
-    T* copy = new T[static_cast<std::size_t>(count)];
+    T* copy = cow_Allocate([this] { return new T[static_cast<std::size_t>(count)]; });
     for (int i = 0; i < count; ++i) copy[i] = array.PartialArrayConstGet(i);
     return copy;
 }

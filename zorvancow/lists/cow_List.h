@@ -30,6 +30,7 @@
 #include <type_traits>
 
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
@@ -201,6 +202,7 @@ inline cow_List<T>& cow_List<T>::Append(T const& value) {
 
 template <class T>
 cow_List<T>& cow_List<T>::Append(cow_List const& other) {
+    ZORVANCOW_CHECK(&other != this, "cow_List::Append", "a list appended to itself", "count %d", count);
     array.Grow(count + other.count);
     for (int i = 0; i < other.count; ++i) Append(other.array.PartialArrayConstGet(i));
     return *this;
@@ -215,6 +217,8 @@ inline cow_List<T>& cow_List<T>::Prepend(T const& value) {
 
 template <class T>
 cow_List<T>& cow_List<T>::InsertAfter(int index, T const& value) {
+    ZORVANCOW_CHECK(index >= -1 && index <= count, "cow_List::InsertAfter", "index out of range",
+                    "index %d, count %d", index, count);
     if (index == count) return Append(value);
     Algorithms::OpenGap(array, count, index + 1);
     array.Get(index + 1) = value;
@@ -224,6 +228,8 @@ cow_List<T>& cow_List<T>::InsertAfter(int index, T const& value) {
 
 template <class T>
 cow_List<T>& cow_List<T>::RemoveIndex(int index) {
+    ZORVANCOW_CHECK(count > 0 && index >= 0, "cow_List::RemoveIndex", "needs a non-empty list and an index of 0 or more",
+                    "index %d, count %d", index, count);
     --count;
     Algorithms::CloseGap(array, count, index);
     return *this;
@@ -231,6 +237,7 @@ cow_List<T>& cow_List<T>::RemoveIndex(int index) {
 
 template <class T>
 inline cow_List<T>& cow_List<T>::RemoveFirst() {
+    ZORVANCOW_CHECK(count > 0, "cow_List::RemoveFirst", "the list is empty", "count %d", count);
     // Get(0) also leaves the table and the first block private, which the
     // head step needs; the block is then freed when the head leaves it.
     cow_Element<T>::Clear(array.Get(0));
@@ -241,6 +248,7 @@ inline cow_List<T>& cow_List<T>::RemoveFirst() {
 
 template <class T>
 cow_List<T>& cow_List<T>::RemoveLast() {
+    ZORVANCOW_CHECK(count > 0, "cow_List::RemoveLast", "the list is empty", "count %d", count);
     --count;
     cow_Element<T>::Clear(array.Get(count));
     return *this;
@@ -255,11 +263,14 @@ cow_List<T>& cow_List<T>::Clear() {
 
 template <class T>
 inline T const& cow_List<T>::ConstGet(int i) const {
+    ZORVANCOW_CHECK(i >= 0 && i < array.GetSize(), "cow_List::ConstGet", "index out of range",
+                    "index %d, count %d, array size %d", i, count, array.GetSize());
     return array.PartialArrayConstGet(i);
 }
 
 template <class T>
 inline T& cow_List<T>::Get(int i) {
+    ZORVANCOW_CHECK(i >= 0, "cow_List::Get", "negative index", "index %d, count %d", i, count);
     return array.Get(i);
 }
 
@@ -330,7 +341,7 @@ void cow_List<T>::SortBuffer(T* buffer, int n) {
 
     // Then merges of neighbouring runs, back and forth between the buffer
     // and the scratch space.
-    auto* scratch = new unsigned char[static_cast<std::size_t>(n) * width];
+    auto* scratch = cow_Allocate([n] { return new unsigned char[static_cast<std::size_t>(n) * width]; });
     unsigned char* from = data;
     unsigned char* to = scratch;
     for (int size = run; size < n; size *= 2) {
@@ -361,7 +372,7 @@ template <class T>
 cow_List<T>& cow_List<T>::Sort() {
     int n = count;
     if (n == 0) return *this;
-    T* buffer = new T[static_cast<std::size_t>(n)];
+    T* buffer = cow_Allocate([n] { return new T[static_cast<std::size_t>(n)]; });
     {
         cow_ListIter<T> it(*this);
         for (int i = 0; !it.IsDone(); it.Next(), ++i) buffer[i] = it.Current();

@@ -22,6 +22,7 @@
 #include <new>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -90,7 +91,8 @@ struct ZORVANCOW_TYPE cow_MapNode {
     // subtrees (their counts rise by one). Nothing below is touched.
     cow_MapNode(cow_MapNode const& other) = default;
     // Releases child[1], then child[0], destroying subtrees that no one else
-    // holds; then the value and the key. Recurses once per level.
+    // holds; then the value and the key. The subtrees go in a loop, not by
+    // one call per level, so a map of any depth is freed on a small stack.
     ~cow_MapNode();
 
     cow_MapNode& operator=(cow_MapNode const&) = delete;
@@ -98,6 +100,23 @@ struct ZORVANCOW_TYPE cow_MapNode {
     K key;        // changes after construction only when a removal pulls a key up
     V value;
     Link child[2];  // followed on digit 0 and digit 1
+
+private:
+    // Takes the node out of a branch that nothing else holds, leaving the
+    // branch empty (its counter stays, for the handle's own release), and
+    // gives it to the caller to destroy. A shared or empty branch gives null.
+    static cow_MapNode* TakeSoleChild(Link& branch) {
+        // The handle keeps its pointee to itself; this is the map's one
+        // look past that, reached through the pointer-to-member of a class
+        // derived from the handle.
+        struct Access : Link {
+            static cow_MapNode* Link::*Pointee() { return &Access::pointee; }
+        };
+        if (branch.ConstGet() == nullptr || branch.GetShareCount() != 1) return nullptr;
+        cow_MapNode* taken = branch.*Access::Pointee();
+        branch.*Access::Pointee() = nullptr;
+        return taken;
+    }
 };
 
 // ---------------------------------------------------------------------------
@@ -266,8 +285,16 @@ public:
         if (!IsDone()) ++position;
     }
     // The current entry. Precondition: !IsDone().
-    K const& CurrentKey() const { return nodes[position]->key; }
-    V const& CurrentValue() const { return nodes[position]->value; }
+    K const& CurrentKey() const {
+        ZORVANCOW_CHECK(!IsDone(), "cow_ConstMapIterator::CurrentKey", "the iterator is done", "position %d, count %d",
+                        position, map.GetCount());
+        return nodes[position]->key;
+    }
+    V const& CurrentValue() const {
+        ZORVANCOW_CHECK(!IsDone(), "cow_ConstMapIterator::CurrentValue", "the iterator is done", "position %d, count %d",
+                        position, map.GetCount());
+        return nodes[position]->value;
+    }
 
     // Inspection: the snapshot the iterator walks.
     cow_Map<K, V> const& GetMap() const { return map; }
@@ -280,9 +307,10 @@ protected:
     static Node const** CollectNodes(cow_Map<K, V> const& snapshot, Node const** old) {
         ::operator delete(static_cast<void*>(old));
         int const total = snapshot.GetCount();
-        auto into = static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
-        int fill = 0;
-        Collect(snapshot.GetRoot(), into, fill);
+        auto into = cow_Allocate([total] {
+            return static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
+        });
+        Collect(snapshot.GetRoot(), into, total);
         into[total] = nullptr;
         return into;
     }
@@ -292,12 +320,23 @@ protected:
     Node const** nodes;
 
 private:
-    static void Collect(typename Node::Link const& link, Node const** into, int& fill) {
-        Node const* node = link.ConstGet();
-        if (node == nullptr) return;
-        into[fill++] = node;
-        Collect(node->child[0], into, fill);
-        Collect(node->child[1], into, fill);
+    // The pre-order walk, as a loop: a map with string keys can be as deep as
+    // it is large. The nodes still to visit wait on a stack kept at the far
+    // end of `into` itself, growing down from `total`: every node is either
+    // written, waiting or not yet reached, so the written part and the stack
+    // never meet, and the walk needs no memory of its own.
+    static void Collect(typename Node::Link const& link, Node const** into, int total) {
+        int fill = 0;
+        int top = total;
+        if (link.ConstGet() != nullptr) into[--top] = link.ConstGet();
+        while (top < total) {
+            Node const* node = into[top++];
+            into[fill++] = node;
+            // child[1] waits below child[0], so the whole digit-0 subtree
+            // comes first.
+            if (Node const* right = node->child[1].ConstGet()) into[--top] = right;
+            if (Node const* left = node->child[0].ConstGet()) into[--top] = left;
+        }
     }
 };
 
@@ -364,7 +403,41 @@ public:
 // Out-of-line members
 
 template <class K, class V>
-cow_MapNode<K, V>::~cow_MapNode() {}
+cow_MapNode<K, V>::~cow_MapNode() {
+    // Keys with like digits make a chain as long as the map, so the nodes
+    // that go with this one are collected on an explicit stack and destroyed
+    // one by one; each is emptied of its own sole subtrees first, so its
+    // destructor finds nothing more to free. Shared subtrees only lose a
+    // count. The stack lives in this frame up to 64 entries (every integer
+    // map, and any map whose paths are no deeper) and on the heap beyond.
+    cow_MapNode* local[64];
+    cow_MapNode** pending = local;
+    std::size_t room = 64;
+    std::size_t size = 0;
+    auto push = [&](cow_MapNode* node) {
+        if (node == nullptr) return;
+        if (size == room) {
+            auto** larger = cow_Allocate([&] {
+                return static_cast<cow_MapNode**>(::operator new(sizeof(cow_MapNode*) * room * 2));
+            });
+            for (std::size_t i = 0; i < size; ++i) larger[i] = pending[i];
+            if (pending != local) ::operator delete(static_cast<void*>(pending));
+            pending = larger;
+            room *= 2;
+        }
+        pending[size++] = node;
+    };
+    // child[0] goes on the stack first so that child[1]'s subtree is freed first.
+    push(TakeSoleChild(child[0]));
+    push(TakeSoleChild(child[1]));
+    while (size != 0) {
+        cow_MapNode* node = pending[--size];
+        push(TakeSoleChild(node->child[0]));
+        push(TakeSoleChild(node->child[1]));
+        delete node;
+    }
+    if (pending != local) ::operator delete(static_cast<void*>(pending));
+}
 
 template <class K, class V>
 cow_Map<K, V>::~cow_Map() {}
@@ -427,7 +500,7 @@ bool cow_Map<K, V>::Insert(K const& key, V const& value) {
         }
         link = &node.child[cow_KeyBit(key, depth++)];
     }
-    *link = new Node(key, value);
+    *link = cow_Allocate([&] { return new Node(key, value); });
     ++count;
     return true;
 }

@@ -15,8 +15,10 @@
 // the caller's duty.
 
 #include <algorithm>
+#include <climits>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -60,8 +62,13 @@ struct ZORVANCOW_TYPE cow_2DArrayRep {
     T* data;      // rows * columns elements from array new; null when either extent is 0
 
 private:
+    // Refuses, in every build, a shape whose element count does not fit an
+    // int: the indexing would wrap and write outside the elements.
     static T* Allocate(int rows, int columns) {
-        return rows != 0 && columns != 0 ? new T[rows * columns] : nullptr;
+        if (rows == 0 || columns == 0) return nullptr;
+        ZORVANCOW_REQUIRE(static_cast<long long>(rows) * columns <= INT_MAX, "cow_2DArray::cow_2DArray", "rows x columns overflows int",
+                          "%d x %d", rows, columns);
+        return cow_Allocate([rows, columns] { return new T[rows * columns]; });
     }
     // Row by row, each row from column 0 up: one pass along memory, and for
     // numbers one block move.
@@ -90,12 +97,16 @@ public:
     // Reads element (r, c). Touches no count.
     T const& ConstGet(int r, int c) const {
         cow_2DArrayRep<T> const* shared = rep.ConstGet();
+        ZORVANCOW_CHECK(r >= 0 && r < shared->rows && c >= 0 && c < shared->columns, "cow_2DArray::ConstGet",
+                        "index out of range", "row %d, column %d, shape %d x %d", r, c, shared->rows, shared->columns);
         return shared->data[r * shared->columns + c];
     }
     // Write access to element (r, c). When the representation is shared this
     // first copies all elements for this matrix alone; the reference stays
     // valid until this matrix is assigned or destroyed.
     T& Get(int r, int c) {
+        ZORVANCOW_CHECK(r >= 0 && r < GetRows() && c >= 0 && c < GetColumns(), "cow_2DArray::Get", "index out of range",
+                        "row %d, column %d, shape %d x %d", r, c, GetRows(), GetColumns());
         cow_2DArrayRep<T>& own = rep.Get();
         return own.data[r * own.columns + c];
     }
@@ -145,7 +156,8 @@ cow_2DArrayRep<T>::~cow_2DArrayRep() {
 }
 
 template <class T>
-cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value) : rep(new cow_2DArrayRep<T>(rows, columns)) {
+cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value)
+    : rep(cow_Allocate([rows, columns] { return new cow_2DArrayRep<T>(rows, columns); })) {
     // The handle is new and private, so Get copies nothing here.
     cow_2DArrayRep<T>& fresh = rep.Get();
     for (int r = 0; r < fresh.rows; ++r) {

@@ -20,6 +20,7 @@
 #include <initializer_list>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -93,12 +94,20 @@ public:
     // The number of elements, fixed for the life of the array.
     int GetSize() const { return rep.ConstGet()->size; }
     // Reads element `i`, 0 <= i < GetSize(). Touches no count.
-    T const& ConstGet(int i) const { return rep.ConstGet()->data[i]; }
+    T const& ConstGet(int i) const {
+        ZORVANCOW_CHECK(i >= 0 && i < GetSize(), "cow_FixedArray::ConstGet", "index out of range", "index %d, size %d", i,
+                        GetSize());
+        return rep.ConstGet()->data[i];
+    }
     // Write access to element `i`, 0 <= i < GetSize(). When the
     // representation is shared this first copies all elements for this array
     // alone; the reference stays valid until this array is assigned or
     // destroyed.
-    T& Get(int i) { return rep.Get().data[i]; }
+    T& Get(int i) {
+        ZORVANCOW_CHECK(i >= 0 && i < GetSize(), "cow_FixedArray::Get", "index out of range", "index %d, size %d", i,
+                        GetSize());
+        return rep.Get().data[i];
+    }
 
     // Inspection: the representation (to tell whether two arrays share it)
     // and how many arrays share it.
@@ -143,11 +152,11 @@ private:
 
 template <class T>
 cow_FixedArrayRep<T>::cow_FixedArrayRep(int length)
-    : size(length < 0 ? 0 : length), data(new T[size]) {}
+    : size(length < 0 ? 0 : length), data(cow_Allocate([this] { return new T[size]; })) {}
 
 template <class T>
 cow_FixedArrayRep<T>::cow_FixedArrayRep(cow_FixedArrayRep const& source)
-    : size(source.size), data(new T[source.size]) {
+    : size(source.size), data(cow_Allocate([&source] { return new T[source.size]; })) {
     CopyElements(source);
 }
 
@@ -161,7 +170,7 @@ cow_FixedArrayRep<T>& cow_FixedArrayRep<T>::operator=(cow_FixedArrayRep const& s
     if (&source == this) return *this;
     delete[] data;
     size = source.size;
-    data = new T[size];
+    data = cow_Allocate([this] { return new T[size]; });
     CopyElements(source);
     return *this;
 }
@@ -181,10 +190,11 @@ bool cow_FixedArrayRep<T>::operator!=(cow_FixedArrayRep const& other) const {
 }
 
 template <class T>
-cow_FixedArray<T>::cow_FixedArray() : rep(new cow_FixedArrayRep<T>(10)) {}
+cow_FixedArray<T>::cow_FixedArray() : rep(cow_Allocate([] { return new cow_FixedArrayRep<T>(10); })) {}
 
 template <class T>
-cow_FixedArray<T>::cow_FixedArray(int length, T const& value) : rep(new cow_FixedArrayRep<T>(length)) {
+cow_FixedArray<T>::cow_FixedArray(int length, T const& value)
+    : rep(cow_Allocate([length] { return new cow_FixedArrayRep<T>(length); })) {
     // The handle is new and private, so Get copies nothing here.
     cow_FixedArrayRep<T>& fresh = rep.Get();
     for (int i = 0; i < fresh.size; ++i) fresh.data[i] = value;

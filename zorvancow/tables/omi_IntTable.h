@@ -33,6 +33,7 @@
 #include "zorvanbase/omi_BlkBitVect.h"
 #include "zorvanbase/omi_IntTable.h"
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_String.h"
 
 // A sparse array indexed by an unsigned integer: a growable array of pointers
@@ -45,14 +46,17 @@ class omi_BlockedArray {
 public:
     // `pointerCount` null entries (0 gives no pointer array; the array then
     // grows in units of 128), element blocks of 1 << `shift` values. A non-zero
-    // `pointerCount` is also the unit of growth. `shift` is at most 31.
+    // `pointerCount` is also the unit of growth. `shift` is at most 31; a
+    // larger one is refused in every build.
     omi_BlockedArray(unsigned int pointerCount, unsigned int shift)
-        : growBy(pointerCount != 0 ? pointerCount : 128),
+        : growBy((ZORVANCOW_REQUIRE(shift < 32, "omi_BlockedArray::omi_BlockedArray", "shift out of range", "shift %u",
+                                    shift),
+                  pointerCount != 0 ? pointerCount : 128)),
           blockCount(pointerCount),
           blockSize(1u << shift),
           blockShift(shift),
           blockMask((1u << shift) - 1),
-          blocks(pointerCount != 0 ? new T*[pointerCount]() : nullptr) {}
+          blocks(pointerCount != 0 ? cow_Allocate([pointerCount] { return new T*[pointerCount](); }) : nullptr) {}
 
     // A deep copy: a new pointer array and a new element block for each one
     // of the source, holding copies of all its values.
@@ -62,10 +66,10 @@ public:
           blockSize(source.blockSize),
           blockShift(source.blockShift),
           blockMask(source.blockMask),
-          blocks(source.blockCount != 0 ? new T*[source.blockCount]() : nullptr) {
+          blocks(source.blockCount != 0 ? cow_Allocate([&source] { return new T*[source.blockCount](); }) : nullptr) {
         for (unsigned int b = 0; b < blockCount; ++b) {
             if (source.blocks[b] == nullptr) continue;
-            blocks[b] = new T[blockSize]();
+            blocks[b] = cow_Allocate([this] { return new T[blockSize](); });
             CopyBlock(b, source);
         }
     }
@@ -90,7 +94,7 @@ public:
             blockSize = source.blockSize;
             blockMask = source.blockMask;
             blockCount = source.blockCount;
-            blocks = blockCount != 0 ? new T*[blockCount]() : nullptr;
+            blocks = blockCount != 0 ? cow_Allocate([this] { return new T*[blockCount](); }) : nullptr;
         } else if (blockSize != source.blockSize) {
             Clear();
             blockShift = source.blockShift;
@@ -99,7 +103,7 @@ public:
         }
         for (unsigned int b = 0; b < blockCount; ++b) {
             if (source.blocks[b] != nullptr) {
-                if (blocks[b] == nullptr) blocks[b] = new T[blockSize]();
+                if (blocks[b] == nullptr) blocks[b] = cow_Allocate([this] { return new T[blockSize](); });
                 CopyBlock(b, source);
             } else if (blocks[b] != nullptr) {
                 delete[] blocks[b];
@@ -122,7 +126,7 @@ public:
     // null); a count not above the current length changes nothing.
     void Grow(unsigned int pointerCount) {
         if (pointerCount <= blockCount) return;
-        T** grown = new T*[pointerCount]();
+        T** grown = cow_Allocate([pointerCount] { return new T*[pointerCount](); });
         for (unsigned int b = 0; b < blockCount; ++b) grown[b] = blocks[b];
         delete[] blocks;
         blocks = grown;
@@ -134,8 +138,17 @@ public:
     // number; an absent element block is made first with default values.
     void Set(unsigned int index, T const& value) {
         unsigned int const b = index >> blockShift;
-        if (b >= blockCount) Grow((b / growBy + 1) * growBy);
-        if (blocks[b] == nullptr) blocks[b] = new T[blockSize]();
+        if (b >= blockCount) {
+            // Worked out in 64 bits: near the top of the index range the
+            // next multiple of growBy does not fit 32 bits. The array then
+            // grows to the largest length it can have.
+            std::uint64_t grown = (std::uint64_t{b} / growBy + 1) * growBy;
+            if (grown > 0xFFFFFFFFu) grown = 0xFFFFFFFFu;
+            ZORVANCOW_REQUIRE(b < grown, "omi_BlockedArray::Set", "the pointer array would need 2^32 entries",
+                              "index %u, shift %u", index, blockShift);
+            Grow(static_cast<unsigned int>(grown));
+        }
+        if (blocks[b] == nullptr) blocks[b] = cow_Allocate([this] { return new T[blockSize](); });
         blocks[b][index & blockMask] = value;
     }
 
@@ -248,9 +261,13 @@ public:
     // The arguments 12, 10, 24: 4096 table blocks of 2^20 keys, element
     // blocks of 1024 values.
     omi_UintTable() : omi_UintTable(12, 10, 24) {}
-    // Needs a >= 1 and a + b <= 32; c >= 1. Nothing checks this.
+    // Needs a >= 1 and a + b <= 32, so that both shifts lie between 0 and
+    // 31; other arguments are refused in every build. c of 0 gives table
+    // blocks that start without a pointer array (see omi_BlockedArray).
     omi_UintTable(unsigned int a, unsigned int b, unsigned int c)
-        : blocks(new omi_UintTableBlock<T>*[2]()),
+        : blocks((ZORVANCOW_REQUIRE(a >= 1 && a <= 32 && b <= 32 - a, "omi_UintTable::omi_UintTable",
+                                    "needs a from 1 to 32 and a + b at most 32", "a %u, b %u", a, b),
+                  cow_Allocate([] { return new omi_UintTableBlock<T>*[2](); }))),
           count(0),
           blockCount(2),
           keyMask(static_cast<unsigned int>((std::uint64_t{1} << (32 - a)) - 1)),
@@ -260,7 +277,7 @@ public:
     // A deep copy: every table block and element block is duplicated; only
     // the texts of cow_String values stay shared.
     omi_UintTable(omi_UintTable const& source)
-        : blocks(new omi_UintTableBlock<T>*[source.blockCount]()),
+        : blocks(cow_Allocate([&source] { return new omi_UintTableBlock<T>*[source.blockCount](); })),
           count(source.count),
           blockCount(source.blockCount),
           keyMask(source.keyMask),
@@ -268,7 +285,8 @@ public:
           blockPointers(source.blockPointers),
           elementShift(source.elementShift) {
         for (unsigned int n = 0; n < blockCount; ++n)
-            if (source.blocks[n] != nullptr) blocks[n] = new omi_UintTableBlock<T>(*source.blocks[n]);
+            if (source.blocks[n] != nullptr)
+                blocks[n] = cow_Allocate([&source, n] { return new omi_UintTableBlock<T>(*source.blocks[n]); });
     }
     omi_UintTable& operator=(omi_UintTable const&) = delete;
     // Frees every table block with its values, then the pointer array.
@@ -318,8 +336,16 @@ private:
     friend class omi_UintTableIterator<T>;
 
     void GrowTo(unsigned int n) {
-        unsigned int const grown = (n / 64 + 1) * 64;
-        auto** larger = new omi_UintTableBlock<T>*[grown]();
+        // In 64 bits: with a = 32 a key near 2^32 has a block number whose
+        // next multiple of 64 does not fit 32 bits. The array then grows to
+        // the largest length it can have, which holds every block number
+        // but the last.
+        std::uint64_t wanted = (std::uint64_t{n} / 64 + 1) * 64;
+        if (wanted > 0xFFFFFFFFu) wanted = 0xFFFFFFFFu;
+        ZORVANCOW_REQUIRE(n < wanted, "omi_UintTable::Insert", "the table block array would need 2^32 entries",
+                          "block number %u", n);
+        unsigned int const grown = static_cast<unsigned int>(wanted);
+        auto** larger = cow_Allocate([grown] { return new omi_UintTableBlock<T>*[grown](); });
         for (unsigned int i = 0; i < blockCount; ++i) larger[i] = blocks[i];
         delete[] blocks;
         blocks = larger;
@@ -352,7 +378,9 @@ public:
     virtual ~omi_IntTable();
 
     // A new heap copy made by the copy constructor; the caller owns it.
-    omi_IntTable* Copy() const { return new omi_IntTable(*this); }
+    omi_IntTable* Copy() const {
+        return cow_Allocate([this] { return new omi_IntTable(*this); });
+    }
 
     // The table block whose range holds `key`, or null when there is none.
     // A block says only that the range is in use, not that the key is.
@@ -452,8 +480,16 @@ public:
     // To the next smaller key; on the first one the iterator becomes done.
     void Prev() { compare != nullptr ? SortedPrev() : PlainPrev(); }
     bool IsDone() const { return done; }
-    unsigned int CurrentKey() const { return compare != nullptr ? sorted[position]->key : low + base; }
+    unsigned int CurrentKey() const {
+        ZORVANCOW_CHECK(!done && (compare == nullptr ? block != nullptr : sorted != nullptr),
+                        "omi_UintTableIterator::CurrentKey", "the iterator is done or not positioned", "position %d",
+                        position);
+        return compare != nullptr ? sorted[position]->key : low + base;
+    }
     T const& CurrentValue() const {
+        ZORVANCOW_CHECK(!done && (compare == nullptr ? block != nullptr : sorted != nullptr),
+                        "omi_UintTableIterator::CurrentValue", "the iterator is done or not positioned", "position %d",
+                        position);
         return compare != nullptr ? *sorted[position]->value : block->ElementAt(low);
     }
 
@@ -522,7 +558,7 @@ private:
         base = static_cast<unsigned int>(position) << table->keyShift;
         block = table->blocks[position];
         delete walker;
-        walker = new omi_BlkBitVectTrav(&block->GetBits());
+        walker = cow_Allocate([this] { return new omi_BlkBitVectTrav(&block->GetBits()); });
         return true;
     }
     // Collects and sorts the records; false on an empty table.
@@ -604,7 +640,8 @@ bool omi_UintTable<T>::Insert(unsigned int key, T const& value) {
     unsigned int const n = key >> keyShift;
     if (n >= blockCount) GrowTo(n);
     omi_UintTableBlock<T>* block = blocks[n];
-    if (block == nullptr) block = blocks[n] = new omi_UintTableBlock<T>(blockPointers, elementShift);
+    if (block == nullptr)
+        block = blocks[n] = cow_Allocate([this] { return new omi_UintTableBlock<T>(blockPointers, elementShift); });
     if (!block->Insert(key & keyMask, value)) return false;
     ++count;
     return true;
@@ -628,15 +665,19 @@ bool omi_UintTable<T>::Remove(unsigned int key) {
 }
 
 template <class T>
-omi_IntTable<T>::omi_IntTable() : negative(new omi_UintTable<T>), nonNegative(new omi_UintTable<T>) {}
+omi_IntTable<T>::omi_IntTable()
+    : negative(cow_Allocate([] { return new omi_UintTable<T>; })),
+      nonNegative(cow_Allocate([] { return new omi_UintTable<T>; })) {}
 
 template <class T>
 omi_IntTable<T>::omi_IntTable(unsigned int a, unsigned int b, unsigned int c)
-    : negative(new omi_UintTable<T>(a, b, c)), nonNegative(new omi_UintTable<T>(a, b, c)) {}
+    : negative(cow_Allocate([=] { return new omi_UintTable<T>(a, b, c); })),
+      nonNegative(cow_Allocate([=] { return new omi_UintTable<T>(a, b, c); })) {}
 
 template <class T>
 omi_IntTable<T>::omi_IntTable(omi_IntTable const& source)
-    : negative(new omi_UintTable<T>(*source.negative)), nonNegative(new omi_UintTable<T>(*source.nonNegative)) {}
+    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.negative); })),
+      nonNegative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.nonNegative); })) {}
 
 template <class T>
 omi_IntTable<T>::~omi_IntTable() {
@@ -656,11 +697,11 @@ template <class T>
 bool omi_UintTableIterator<T>::BuildSorted() {
     std::int32_t const n = table->count;
     if (n < 1) return false;
-    sorted = new SortedRecord*[n];
+    sorted = cow_Allocate([n] { return new SortedRecord*[n]; });
     omi_UintTableIterator<T> plain(*table);
     std::int32_t i = 0;
     for (plain.First(); !plain.IsDone(); plain.Next())
-        sorted[i++] = new SortedRecord{plain.CurrentKey(), &plain.CurrentValue()};
+        sorted[i++] = cow_Allocate([&plain] { return new SortedRecord{plain.CurrentKey(), &plain.CurrentValue()}; });
     std::qsort(sorted, static_cast<std::size_t>(n), sizeof(SortedRecord*), compare);
     return true;
 }

@@ -30,6 +30,7 @@
 
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -307,8 +308,14 @@ public:
     // True when there is no current element.
     bool IsDone() const { return top == nullptr; }
     // Key and value of the current element. Precondition: not IsDone().
-    K const& CurrentKey() const { return top->link->ConstGet()->GetKey(); }
-    V const& CurrentValue() const { return top->link->ConstGet()->GetValue(); }
+    K const& CurrentKey() const {
+        ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::CurrentKey", "the iterator is done", "stack depth %d", 0);
+        return top->link->ConstGet()->GetKey();
+    }
+    V const& CurrentValue() const {
+        ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::CurrentValue", "the iterator is done", "stack depth %d", 0);
+        return top->link->ConstGet()->GetValue();
+    }
 
     // Inspection: the number of frames, which is the current node's level
     // plus one (0 when done).
@@ -327,7 +334,9 @@ private:
     };
 
     Node const* TopNode() const { return top->link->ConstGet(); }
-    void Push(Handle* link) { top = new Frame{link, top}; }
+    void Push(Handle* link) {
+        top = cow_Allocate([this, link] { return new Frame{link, top}; });
+    }
     // Unlinks and frees the top frame, if any.
     void Pop() {
         if (top == nullptr) return;
@@ -367,8 +376,8 @@ template <class K, class V>
 cow_BtreeNode<K, V>::cow_BtreeNode(cow_BtreeNode const& other)
     : value(other.value),
       key(other.key),
-      left(other.left != nullptr ? new Handle(*other.left) : nullptr),
-      right(other.right != nullptr ? new Handle(*other.right) : nullptr),
+      left(other.left != nullptr ? cow_Allocate([&other] { return new Handle(*other.left); }) : nullptr),
+      right(other.right != nullptr ? cow_Allocate([&other] { return new Handle(*other.right); }) : nullptr),
       maxDepth(other.maxDepth) {}
 
 template <class K, class V>
@@ -408,7 +417,7 @@ bool cow_BtreeNode<K, V>::InsertUnlessMember(K const& key_, V const& value_) {
     if (c == 0) return false;
     Handle*& slot = c < 0 ? left : right;
     if (slot == nullptr) {
-        slot = new Handle(new cow_BtreeNode(key_, value_));
+        slot = cow_Allocate([&] { return new Handle(new cow_BtreeNode(key_, value_)); });
         SetMaxDepth();
         return true;
     }
@@ -505,7 +514,7 @@ cow_Btree<K, V>::cow_Btree() : root(nullptr), count(0), defaultValue() {}
 template <class K, class V>
 cow_Btree<K, V>::cow_Btree(cow_Btree const& other)
     : root(nullptr), count(other.count), defaultValue(other.defaultValue) {
-    if (other.root != nullptr) root = new Handle(*other.root);
+    if (other.root != nullptr) root = cow_Allocate([&other] { return new Handle(*other.root); });
 }
 
 template <class K, class V>
@@ -520,7 +529,7 @@ cow_Btree<K, V> const& cow_Btree<K, V>::operator=(cow_Btree const& other) {
         delete root;
         root = nullptr;
     } else if (root == nullptr) {
-        root = new Handle(*other.root);
+        root = cow_Allocate([&other] { return new Handle(*other.root); });
     } else {
         // Raises the source's count before lowering ours: safe when both
         // trees already share the root node.
@@ -533,13 +542,13 @@ cow_Btree<K, V> const& cow_Btree<K, V>::operator=(cow_Btree const& other) {
 
 template <class K, class V>
 cow_Btree<K, V>* cow_Btree<K, V>::Copy() const {
-    return new cow_Btree(*this);
+    return cow_Allocate([this] { return new cow_Btree(*this); });
 }
 
 template <class K, class V>
 bool cow_Btree<K, V>::InsertUnlessMember(K const& key, V const& value) {
     if (root == nullptr) {
-        root = new Handle(new Node(key, value));
+        root = cow_Allocate([&] { return new Handle(new Node(key, value)); });
         count = 1;
         return true;
     }
@@ -624,6 +633,7 @@ void cow_BtreeIterator<K, V>::Last() {
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Next() {
+    ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Next", "the iterator is done", "stack depth %d", 0);
     if (Handle* down = TopNode()->right) {
         Push(down);
         while (Handle* next = TopNode()->left) Push(next);
@@ -639,6 +649,7 @@ void cow_BtreeIterator<K, V>::Next() {
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Previous() {
+    ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Previous", "the iterator is done", "stack depth %d", 0);
     if (Handle* down = TopNode()->left) {
         Push(down);
         while (Handle* next = TopNode()->right) Push(next);
