@@ -16,7 +16,12 @@ function(zorvan_add_library name)
     target_link_libraries(${name} PUBLIC ${ARG_LINKS})
   endif()
   # Calls inside the library bind to the library's own definitions.
-  target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions -Wl,--no-undefined)
+  target_link_options(${name} PRIVATE -Wl,-Bsymbolic-functions)
+  # clang links its sanitizer and fuzzer runtimes into the executable only,
+  # and the library finds them there at load time.
+  if(NOT (ZORVANCOW_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+    target_link_options(${name} PRIVATE -Wl,--no-undefined)
+  endif()
   target_compile_options(${name} PRIVATE -fno-semantic-interposition)
   install(TARGETS ${name} EXPORT ZorvancowTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})

@@ -4,6 +4,7 @@
 // Every family of the library in one include.
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_HandOver.h"
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/arrays/cow_1DArray.h"

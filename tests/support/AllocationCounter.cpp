@@ -1,21 +1,23 @@
 #include "support/AllocationCounter.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <new>
 
 namespace {
-std::size_t newCalls = 0;
-std::size_t deleteCalls = 0;
+// Atomic: the thread tests allocate on several threads at once.
+std::atomic<std::size_t> newCalls{0};
+std::atomic<std::size_t> deleteCalls{0};
 }
 
 namespace testing_support {
-std::size_t NewCalls() { return newCalls; }
-std::size_t DeleteCalls() { return deleteCalls; }
+std::size_t NewCalls() { return newCalls.load(std::memory_order_relaxed); }
+std::size_t DeleteCalls() { return deleteCalls.load(std::memory_order_relaxed); }
 }  // namespace testing_support
 
 void* operator new(std::size_t size) {
-    ++newCalls;
+    newCalls.fetch_add(1, std::memory_order_relaxed);
     void* block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) {
         std::fputs("test operator new: out of memory\n", stderr);
@@ -28,7 +30,7 @@ void* operator new[](std::size_t size) { return operator new(size); }
 
 void operator delete(void* block) noexcept {
     if (block == nullptr) return;
-    ++deleteCalls;
+    deleteCalls.fetch_add(1, std::memory_order_relaxed);
     std::free(block);
 }
 

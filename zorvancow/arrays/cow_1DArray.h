@@ -83,8 +83,9 @@ public:
     cow_1DArray();
     // An array of size n with a table and no blocks: allocates a counter and
     // a table of 16 slots, or for n from 256 on enough slots for 8 to 16
-    // blocks plus 16 free ones. The block length is chosen from n (see the
-    // table in the README); no element is created until it is touched.
+    // blocks plus 16 free ones. The block length is chosen from n: blocks of
+    // n/16 to n/8 elements, 16 below 256; no element is created until it is
+    // touched.
     explicit cow_1DArray(int n);
     // Shares the other's table: one increment, no allocation.
     cow_1DArray(cow_1DArray const& other);

@@ -15,7 +15,7 @@
 // an empty container). Only ClearAll gives that storage back.
 //
 // Element copy, equality and zero value come from cow_Element (see
-// cow_1DArray.h): plain numbers compare with == (a NaN equals nothing, -0.0
+// core/cow_Element.h): plain numbers compare with == (a NaN equals nothing, -0.0
 // equals +0.0), strings by bytes, nested lists by IsEqual.
 //
 // No index is checked, and counts are plain integers: even a search copies

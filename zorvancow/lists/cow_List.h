@@ -15,7 +15,7 @@
 // shared. Every slot from the count on holds the element's zero value.
 //
 // Element copy, equality and zero value come from cow_Element (see
-// cow_1DArray.h), as for cow_1DArrayList. No index is checked; counts are
+// core/cow_Element.h), as for cow_1DArrayList. No index is checked; counts are
 // plain integers, and even a search or a destruction touches them, so lists
 // that share storage belong to one thread at a time.
 //

@@ -24,6 +24,7 @@
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
+#include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvanbase/omi_BlkBitVect.h"
 
@@ -475,18 +476,14 @@ int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const* left, void const* right) 
 
 template <class K, class V>
 cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const& map) {
-    cow_List<K> keys;
-    cow_ConstMapIterator<K, V> it(map);
-    for (it.First(); !it.IsDone(); it.Next()) keys.Append(it.CurrentKey());
-    return keys;
+    return cow_CollectWalk<K, cow_ConstMapIterator<K, V>>(
+        map, [](cow_ConstMapIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
 }
 
 template <class K, class V>
 cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
-    cow_List<V> values;
-    cow_ConstMapIterator<K, V> it(map);
-    for (it.First(); !it.IsDone(); it.Next()) values.Append(it.CurrentValue());
-    return values;
+    return cow_CollectWalk<V, cow_ConstMapIterator<K, V>>(
+        map, [](cow_ConstMapIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
 #include "zorvancow/map/cow_MapExports.h"

@@ -20,6 +20,11 @@
 // a cow_COW handle on a whole omi_IntTable, whose first write through a shared
 // handle copies the whole table (only cow_String texts stay shared).
 // Nothing is locked; a table and its iterators belong to one thread at a time.
+//
+// This header holds the general omi_IntTable<T>. The table of ints is the
+// base library's own specialization, declared in zorvanbase/omi_IntTable.h
+// (hence the same file name in the two trees); this library only shares such
+// tables through cow_COW.
 
 #include <cstdint>
 #include <cstdio>
@@ -439,54 +444,13 @@ public:
     ~omi_UintTableIterator();
 
     // To the smallest key (in sorted mode: the first record).
-    void First() {
-        if (compare != nullptr) {
-            position = -1;
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            done = table->count < 1;
-            position = 0;
-            return;
-        }
-        position = -1;
-        done = !NextBlock();
-    }
+    void First() { compare != nullptr ? SortedFirst() : PlainFirst(); }
     // To the greatest key (in sorted mode: the last record).
-    void Last() {
-        if (compare != nullptr) {
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            position = table->count - 1;
-            done = false;
-            return;
-        }
-        position = static_cast<std::int32_t>(table->blockCount);
-        done = !PrevBlock();
-    }
+    void Last() { compare != nullptr ? SortedLast() : PlainLast(); }
     // To the next greater key; on the last one the iterator becomes done.
-    void Next() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            ++position;
-            done = position == table->count;
-            return;
-        }
-        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
-    }
+    void Next() { compare != nullptr ? SortedNext() : PlainNext(); }
     // To the next smaller key; on the first one the iterator becomes done.
-    void Prev() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            if (position > 0) --position;
-            done = false;
-            return;
-        }
-        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
-    }
+    void Prev() { compare != nullptr ? SortedPrev() : PlainPrev(); }
     bool IsDone() const { return done; }
     unsigned int CurrentKey() const { return compare != nullptr ? sorted[position]->key : low + base; }
     T const& CurrentValue() const {
@@ -494,6 +458,53 @@ public:
     }
 
 private:
+    // Plain mode: `position` is the current table block, `low` the key's
+    // index inside it, and the walker steps over the block's used keys.
+    void PlainFirst() {
+        position = -1;
+        done = !NextBlock();
+    }
+    void PlainLast() {
+        position = static_cast<std::int32_t>(table->blockCount);
+        done = !PrevBlock();
+    }
+    void PlainNext() {
+        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
+    }
+    void PlainPrev() {
+        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
+    }
+
+    // Sorted mode: `position` is the index in `sorted`, built at the first
+    // First or Last; the steps before that do nothing.
+    void SortedFirst() {
+        position = -1;
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        done = table->count < 1;
+        position = 0;
+    }
+    void SortedLast() {
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        position = table->count - 1;
+        done = false;
+    }
+    void SortedNext() {
+        if (sorted == nullptr) return;
+        ++position;
+        done = position == table->count;
+    }
+    void SortedPrev() {
+        if (sorted == nullptr) return;
+        if (position > 0) --position;
+        done = false;
+    }
+
     bool NextBlock() {
         ++position;
         while (static_cast<unsigned int>(position) < table->blockCount && table->blocks[position] == nullptr)

@@ -31,6 +31,7 @@
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
+#include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 
 // Key comparisons of the tree: negative when `searched` orders before
@@ -54,6 +55,8 @@ template <class K, class V>
 class ZORVANCOW_TYPE cow_Btree;
 template <class K, class V>
 class ZORVANCOW_TYPE cow_BtreeIterator;
+template <class T>
+struct cow_HandOverTraits;
 
 // One key/value pair of a tree, with its two child links and its depth.
 //
@@ -131,6 +134,7 @@ public:
 private:
     friend class cow_Btree<K, V>;
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree<K, V>>;  // rebuilds nodes and links (cow_HandOver.h)
 
     // Recomputes maxDepth from the children: 0 for a leaf, else one more than
     // the deeper child's maxDepth.
@@ -222,6 +226,7 @@ public:
 
 private:
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree>;  // sets root and count (cow_HandOver.h)
 
     // The node of `key`, or null; makes every node it visits private.
     Node* Find(K const& key);
@@ -622,18 +627,14 @@ void cow_BtreeIterator<K, V>::Previous() {
 
 template <class K, class V>
 cow_List<K> cow_BtreeUtils<K, V>::cow_Keys(cow_Btree<K, V> const& tree) {
-    cow_List<K> keys;
-    cow_BtreeIterator<K, V> it(tree);
-    for (it.First(); !it.IsDone(); it.Next()) keys.Append(it.CurrentKey());
-    return keys;
+    return cow_CollectWalk<K, cow_BtreeIterator<K, V>>(
+        tree, [](cow_BtreeIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
 }
 
 template <class K, class V>
 cow_List<V> cow_BtreeUtils<K, V>::cow_Values(cow_Btree<K, V> const& tree) {
-    cow_List<V> values;
-    cow_BtreeIterator<K, V> it(tree);
-    for (it.First(); !it.IsDone(); it.Next()) values.Append(it.CurrentValue());
-    return values;
+    return cow_CollectWalk<V, cow_BtreeIterator<K, V>>(
+        tree, [](cow_BtreeIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
 #include "zorvancow/tree/cow_BtreeExports.h"
