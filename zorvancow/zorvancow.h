@@ -1,8 +1,9 @@
 #ifndef ZORVANCOW_ZORVANCOW_H
 #define ZORVANCOW_ZORVANCOW_H
 
-// Every family of the library in one include.
+// Every family of the library in one include, and the version.
 
+#include "zorvancow/zorvancow_version.h"
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_HandOver.h"
 #include "zorvancow/core/cow_Lifecycle.h"

@@ -207,7 +207,7 @@ public:
     T const& Current() const { return this->ConstGet(); }
 
 protected:
-    cow_ListWalk(cow_1DArray<T> const& array, int end) : cow_1DArrayIter<T>(array), end(end) {}
+    cow_ListWalk(cow_1DArray<T> const& array, int stop) : cow_1DArrayIter<T>(array), end(stop) {}
 
 private:
     int end;

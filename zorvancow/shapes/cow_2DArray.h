@@ -106,8 +106,8 @@ private:
 };
 
 template <class T>
-cow_2DArrayRep<T>::cow_2DArrayRep(int rows, int columns)
-    : rows(rows < 0 ? 0 : rows), columns(columns < 0 ? 0 : columns), data(Allocate(this->rows, this->columns)) {}
+cow_2DArrayRep<T>::cow_2DArrayRep(int rowCount, int columnCount)
+    : rows(rowCount < 0 ? 0 : rowCount), columns(columnCount < 0 ? 0 : columnCount), data(Allocate(this->rows, this->columns)) {}
 
 template <class T>
 cow_2DArrayRep<T>::cow_2DArrayRep(cow_2DArrayRep const& source)
