@@ -1,8 +1,10 @@
+// Lists: where edits unshare, what stays in place, and the orders and
+// equalities of particular element types.
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
-#include <deque>
 #include <limits>
 #include <random>
 #include <string>
@@ -46,43 +48,6 @@ List Counting(int n) {
 }
 
 using testing_support::NoLeaks;
-
-// ---------------------------------------------------------------------------
-// cow_1DArrayList
-
-TEST(ArrayList, EditingAtAndBeyondTheCount) {
-    cow_1DArrayList<int> empty;
-    EXPECT_EQ(empty.FindFirst(3), 0) << "not found is the count";
-
-    auto list = Of<cow_1DArrayList<int>>({0, 10, 20, 30, 40});
-    list.Insert(0, -1);
-    list.Insert(3, 15);
-    list.Insert(list.GetCount(), 99);
-    EXPECT_EQ(Elements(list), (std::vector<int>{-1, 0, 10, 15, 20, 30, 40, 99}));
-    EXPECT_TRUE(list.Remove(100)) << "beyond the count: the last element goes";
-    EXPECT_TRUE(list.Remove(list.GetCount())) << "at the count likewise";
-    list.Remove(0);
-    EXPECT_EQ(list.Pop(), 30);
-    EXPECT_EQ(Elements(list), (std::vector<int>{0, 10, 15, 20}));
-    EXPECT_EQ(list.ConstGet(7), 0) << "vacated slots hold the zero value";
-
-    EXPECT_EQ(Elements(list.Slice(1, 100)), (std::vector<int>{10, 15, 20}));
-    EXPECT_EQ(list.Slice(2, 2).GetCount() + list.Slice(3, 1).GetCount() + list.Slice(6, 9).GetCount(), 0);
-    auto out = Of<cow_1DArrayList<int>>({7});
-    list.Slice(1, 3, out);
-    EXPECT_EQ(Elements(out), (std::vector<int>{10, 15}));
-
-    list.Append(10);
-    EXPECT_EQ(list.FindLast(10), 4);
-    EXPECT_EQ(list.FindLast(11), list.GetCount());
-    list.RemoveMember(10);
-    EXPECT_EQ(Elements(list), (std::vector<int>{0, 15, 20, 10}));
-
-    int size = -1;
-    int* plain = list.GetCArray(size);
-    EXPECT_EQ(std::vector<int>(plain, plain + size), Elements(list));
-    delete[] plain;
-}
 
 TEST(ArrayList, RemovalThroughACopyUnsharesOnlyFromTheIndexOn) {
     auto a = Counting<cow_1DArrayList<int>>(40);
@@ -156,9 +121,6 @@ TEST(Lists, CopyOnWriteElementsShareOneLevelDown) {
     EXPECT_EQ(arrays.ConstGet(1).GetSize(), 10) << "the zero value is a fresh array of ten";
 }
 
-// ---------------------------------------------------------------------------
-// cow_List
-
 TEST(List, QueueAndStackUseAcrossBlocksMovesNoElement) {
     // A stack at the front: 17 in and out across a block boundary.
     cow_List<int> stack;
@@ -209,7 +171,7 @@ TEST(List, CopiesShareUntilWrittenAndDestructionKeepsOthersWhole) {
     EXPECT_NE(a.GetArray().GetBlock(2), b.GetArray().GetBlock(2));
 }
 
-TEST(List, NaNAndSignedZeroInSearchEqualityAndDifference) {
+TEST(List, SearchAndEqualityTreatNaNAndSignedZeroAsFloatingPointDoes) {
     float const nan = std::numeric_limits<float>::quiet_NaN();
     auto a = Of<cow_List<float>>({nan, -0.0f, 1.0f, nan});
     EXPECT_EQ(a.Position(nan), -1);
@@ -229,36 +191,18 @@ TEST(List, NaNAndSignedZeroInSearchEqualityAndDifference) {
     EXPECT_EQ((a - Of<cow_List<float>>({0.0f})).GetCount(), 3) << "+0.0 removes -0.0";
 
     auto x = Of<cow_List<int>>({1, 2, 2, 3});
-    EXPECT_EQ(Elements(x - Of<cow_List<int>>({2})), (std::vector<int>{1, 3}));
     cow_List<int> kept = x - Of<cow_List<int>>({5});
-    EXPECT_EQ(Elements(kept), Elements(x)) << "duplicates stay";
+    EXPECT_EQ(Elements(kept), Elements(x));
     EXPECT_NE(kept.GetArray().GetBlock(0), x.GetArray().GetBlock(0)) << "storage of its own even when nothing was dropped";
 }
 
-TEST(List, SortOrdersPerElementTypeIntoStorageOfItsOwn) {
-    // A moved head, and a copy that keeps its order and shares nothing after.
-    cow_List<int> a;
-    for (int i = 0; i < 40; ++i) a.Append((i * 17) % 40);
-    a.RemoveFirst().Prepend(100).Prepend(-5);
-    ASSERT_NE(a.GetArray().GetHeadPosition(), 0);
-    cow_List<int> before(a);
-    std::vector<int> elements = Elements(a);
-    a.Sort();
-    EXPECT_EQ(Elements(before), elements) << "the copy keeps its order";
-    std::sort(elements.begin(), elements.end());
-    EXPECT_EQ(Elements(a), elements);
-    EXPECT_EQ(a.GetArray().GetHeadPosition(), 0) << "sorted into a fresh array";
-    for (int s = 0; s < a.GetArray().GetCapacity(); ++s) EXPECT_LE(a.GetArray().GetBlockCount(s), 1) << "nothing shared";
-
-    EXPECT_EQ(Of<cow_List<unsigned int>>({0xFFFFFFFFu, 1u}).Sort().ConstGet(0), 1u);
-    EXPECT_EQ(Of<cow_List<int>>({1, -1}).Sort().ConstGet(0), -1);
-    EXPECT_EQ(Elements(Of<cow_List<bool>>({true, false, true, false}).Sort()), (std::vector<int>{0, 0, 1, 1}));
+// Element types with values that no order ranks: -0.0 and +0.0 tie, and NaN
+// gets no promised place, but every element stays, also through the merging
+// passes of a longer list.
+TEST(List, SortKeepsEveryFloatingPointElement) {
     cow_List<double> zeros = Of<cow_List<double>>({0.0, -0.0, -1.0}).Sort();
     EXPECT_EQ(zeros.ConstGet(0), -1.0);
-    EXPECT_EQ(std::signbit(zeros.ConstGet(1)) + std::signbit(zeros.ConstGet(2)), 1) << "-0.0 and +0.0 tie";
-
-    // NaN: no order is promised, but every element stays, also through
-    // the merging passes of a longer list.
+    EXPECT_EQ(std::signbit(zeros.ConstGet(1)) + std::signbit(zeros.ConstGet(2)), 1);
     std::mt19937 rng(5);
     cow_List<double> many;
     for (int i = 0; i < 1000; ++i) many.Append(i % 7 == 0 ? std::nan("") : static_cast<double>(rng() % 500) - 250.0);
@@ -268,12 +212,10 @@ TEST(List, SortOrdersPerElementTypeIntoStorageOfItsOwn) {
     EXPECT_TRUE(std::is_permutation(seen.begin(), seen.end(), numbers.begin(), numbers.end(), same));
 }
 
-TEST(List, StringsSortByTheirOwnOrderAndReleaseTexts) {
+TEST(List, StringsSortByTheNaturalOrderSwitchAndKeepTheirTexts) {
     NoLeaks noLeaks;
     auto natural = Of<cow_List<cow_String>>({cow_String("a9"), cow_String("a10"), cow_String("\xE4"), cow_String("z")});
     auto bytes = Of<cow_List<atr_String>>({atr_String("a9"), atr_String("a10")});
-    cow_List<cow_String> copy(natural);
-    EXPECT_EQ(Texts(copy.Sort()), (std::vector<std::string>{"a10", "a9", "z", "\xE4"}));
     atr_setNaturalOrder(1);
     natural.Sort();
     bytes.Sort();
@@ -300,96 +242,6 @@ TEST(List, StringsSortByTheirOwnOrderAndReleaseTexts) {
     EXPECT_EQ(GetLengthShortestString(two), 2u);
     EXPECT_EQ(GetLengthLongestString(two), 4u);
     EXPECT_EQ(GetLengthShortestString(cow_List<cow_String>()), 0u);
-}
-
-// Several lists sharing through copies and iterators, random edits at both
-// ends and in the middle, each checked against a deque after every step.
-TEST(ListModel, RandomEditsNeverShowInOtherCopies) {
-    NoLeaks noLeaks;
-    std::mt19937 rng(424242);
-    std::vector<std::pair<cow_List<int>, std::deque<int>>> lists(5);
-    std::vector<std::pair<cow_ListIter<int>, std::deque<int>>> iters;
-    int next = 1;
-    for (int step = 0; step < 8000; ++step) {
-        auto& slot = lists[rng() % lists.size()];
-        auto& [l, m] = slot;
-        auto const& other = lists[rng() % lists.size()];
-        int n = static_cast<int>(m.size());
-        int index = n > 0 ? static_cast<int>(rng() % static_cast<unsigned>(n)) : 0;
-        switch (rng() % 13) {
-            case 0:
-            case 1:
-                l.Append(next);
-                m.push_back(next++);
-                break;
-            case 2:
-            case 3:
-                l.Prepend(next);
-                m.push_front(next++);
-                break;
-            case 4:
-            case 5:
-                if (n > 0 && rng() % 2 == 0) {
-                    l.RemoveFirst();
-                    m.pop_front();
-                } else if (n > 0) {
-                    l.RemoveLast();
-                    m.pop_back();
-                }
-                break;
-            case 6: {
-                int after = static_cast<int>(rng() % static_cast<unsigned>(n + 2)) - 1;
-                l.InsertAfter(after, next);
-                m.insert(m.begin() + (after == n ? n : after + 1), next++);
-                break;
-            }
-            case 7:
-                if (n > 0) {
-                    l.RemoveIndex(index);
-                    m.erase(m.begin() + index);
-                }
-                break;
-            case 8:
-                slot = other;
-                break;
-            case 9:
-                if (n > 0) {  // by value: the first occurrence goes
-                    auto first = std::find(m.begin(), m.end(), m[index]);
-                    l.Remove(m[index]);
-                    m.erase(first);
-                }
-                break;
-            case 10:
-                if (&other != &slot && n + other.second.size() < 3000) {
-                    l.Append(other.first);
-                    m.insert(m.end(), other.second.begin(), other.second.end());
-                }
-                break;
-            case 11:
-                if (n > 0) {
-                    l.Get(index) = next;
-                    m[index] = next++;
-                }
-                break;
-            case 12:
-                if (rng() % 3 == 0) {
-                    l.Sort();
-                    std::sort(m.begin(), m.end());
-                } else {
-                    iters.emplace_back(cow_ListIter<int>(l), m);
-                    if (iters.size() > 3) iters.erase(iters.begin());
-                }
-                break;
-        }
-        for (auto const& [list, model] : lists) {
-            ASSERT_EQ(Elements(list), std::vector<int>(model.begin(), model.end())) << step;
-        }
-        for (auto& [it, snap] : iters) {
-            std::size_t i = 0;
-            for (it.First(); !it.IsDone(); it.Next(), ++i) ASSERT_EQ(it.Current(), snap.at(i));
-            ASSERT_EQ(i, snap.size());
-        }
-    }
 }
 
 }  // namespace
