@@ -34,6 +34,7 @@
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/detail/cow_SortBuffer.h"
 
 template <class T>
 class ZORVANCOW_TYPE cow_ListIter;
@@ -160,9 +161,6 @@ private:
     // The order of Sort: negative, 0 or positive as the element at `left`
     // sorts before, with or after the one at `right`.
     static int SortCmp(void const* left, void const* right);
-    // Sorts n elements in place by SortCmp: a merge sort that moves the
-    // elements as bytes (see Sort) and needs a scratch buffer of n elements.
-    static void SortBuffer(T* buffer, int n);
 
     int count;
     cow_1DArray<T> array;
@@ -308,67 +306,6 @@ int cow_List<T>::SortCmp(void const* left, void const* right) {
 }
 
 template <class T>
-void cow_List<T>::SortBuffer(T* buffer, int n) {
-    if constexpr (!cow_ElementBytewise<T>::value) {
-        // Elements that must not move as bytes take the same sort with their own moves.
-        cow_Element<T>::SortRun(buffer, n, [](T const& a, T const& b) { return SortCmp(&a, &b); });
-        return;
-    }
-    // Every step only picks which of two elements goes first, so the
-    // outcome is a permutation of the input whatever SortCmp says, also
-    // when it is no strict order (a NaN): no index ever leaves its run.
-    // Equal elements keep their order, which is more than Sort promises.
-    constexpr std::size_t width = sizeof(T);
-    auto* data = reinterpret_cast<unsigned char*>(buffer);
-    auto at = [](unsigned char* base, int i) { return base + static_cast<std::size_t>(i) * width; };
-
-    // Runs of up to 16 by insertion.
-    int const run = 16;
-    alignas(T) unsigned char hold[sizeof(T)];
-    for (int lo = 0; lo < n; lo += run) {
-        int hi = lo + run < n ? lo + run : n;
-        for (int i = lo + 1; i < hi; ++i) {
-            int j = i;
-            std::memcpy(hold, at(data, i), width);
-            while (j > lo && SortCmp(hold, at(data, j - 1)) < 0) {
-                std::memcpy(at(data, j), at(data, j - 1), width);
-                --j;
-            }
-            std::memcpy(at(data, j), hold, width);
-        }
-    }
-    if (n <= run) return;
-
-    // Then merges of neighbouring runs, back and forth between the buffer
-    // and the scratch space.
-    auto* scratch = cow_Allocate([n] { return new unsigned char[static_cast<std::size_t>(n) * width]; });
-    unsigned char* from = data;
-    unsigned char* to = scratch;
-    for (int size = run; size < n; size *= 2) {
-        for (int lo = 0; lo < n; lo += 2 * size) {
-            int mid = lo + size < n ? lo + size : n;
-            int hi = lo + 2 * size < n ? lo + 2 * size : n;
-            int i = lo, j = mid, k = lo;
-            while (i < mid && j < hi) {
-                if (SortCmp(at(from, j), at(from, i)) < 0) {
-                    std::memcpy(at(to, k++), at(from, j++), width);
-                } else {
-                    std::memcpy(at(to, k++), at(from, i++), width);
-                }
-            }
-            if (i < mid) std::memcpy(at(to, k), at(from, i), static_cast<std::size_t>(mid - i) * width);
-            k += mid - i;
-            if (j < hi) std::memcpy(at(to, k), at(from, j), static_cast<std::size_t>(hi - j) * width);
-        }
-        unsigned char* swap = from;
-        from = to;
-        to = swap;
-    }
-    if (from != data) std::memcpy(data, from, static_cast<std::size_t>(n) * width);
-    delete[] scratch;
-}
-
-template <class T>
 cow_List<T>& cow_List<T>::Sort() {
     int n = count;
     if (n == 0) return *this;
@@ -380,7 +317,7 @@ cow_List<T>& cow_List<T>::Sort() {
     // The sort moves elements as bytes. That is sound for every element type
     // sorted here: strings are two plain words whose count a move leaves as
     // it is, and each element ends up exactly once in the buffer.
-    SortBuffer(buffer, n);
+    cow_SortBuffer(buffer, n, &SortCmp);
     array = cow_1DArray<T>();
     count = n;
     for (int i = 0; i < n; ++i) array.Get(i) = buffer[i];
