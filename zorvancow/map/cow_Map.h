@@ -193,14 +193,10 @@ public:
     Link const& GetRoot() const { return root; }
 
     // Inspection: the depth of the node holding `key` (0 for the root), or -1
-    // when the key is not held. Reads only; no count changes.
+    // when the key is not held. Reads only: counts end as they were.
     int GetDepth(K const& key) const {
         int depth = 0;
-        for (Node const* node = root.ConstGet(); node != nullptr; ++depth) {
-            if (cow_MapKeyEqual(node->key, key)) return depth;
-            node = node->child[cow_KeyBit(key, depth)].ConstGet();
-        }
-        return -1;
+        return FindNode(key, depth) != nullptr ? depth : -1;
     }
 
     // Standard interface (map/detail/cow_MapStd.h). begin() walks a snapshot
@@ -236,6 +232,16 @@ public:
     V const& at(K const& key) const;
 
 private:
+    // The path walk of every read: the node holding `key`, or null, with its
+    // depth in `depth` (the depth below the last node when absent). It
+    // carries a counted handle down the path, one extra count on the node it
+    // stands on, and leaves every count as it was.
+    Node const* FindNode(K const& key, int& depth) const;
+    // The path walk of every write: the link that holds `key`, or the empty
+    // link where it would go. Every node above that link is private on
+    // return; the node in it, if any, is not yet.
+    Link* FindLink(K const& key);
+
     // This thread's V() for ConstGet misses and its scratch for Get misses.
     static V const& GetAbsentValue();
     static V& GetMissedValue();
@@ -466,39 +472,46 @@ inline bool cow_Map<K, V>::IsAbsent(V const& reference) {
 }
 
 template <class K, class V>
-bool cow_Map<K, V>::IsMember(K const& key) const {
-    // The walk carries a counted handle: one extra count on the node it stands on.
+typename cow_Map<K, V>::Node const* cow_Map<K, V>::FindNode(K const& key, int& depth) const {
     cow_CountedHld<Node> walk(root);
-    int depth = 0;
+    depth = 0;
     while (Node const* node = walk.ConstGet()) {
-        if (cow_MapKeyEqual(node->key, key)) break;
+        if (cow_MapKeyEqual(node->key, key)) return node;
         walk = node->child[cow_KeyBit(key, depth++)];
     }
-    return walk.ConstGet() != nullptr;
+    return nullptr;
+}
+
+template <class K, class V>
+typename cow_Map<K, V>::Link* cow_Map<K, V>::FindLink(K const& key) {
+    Link* link = &root;
+    int depth = 0;
+    while (Node const* node = link->ConstGet()) {
+        if (cow_MapKeyEqual(node->key, key)) break;
+        link = &link->Get().child[cow_KeyBit(key, depth++)];
+    }
+    return link;
+}
+
+template <class K, class V>
+bool cow_Map<K, V>::IsMember(K const& key) const {
+    int depth;
+    return FindNode(key, depth) != nullptr;
 }
 
 template <class K, class V>
 V const& cow_Map<K, V>::ConstGet(K const& key) const {
-    cow_CountedHld<Node> walk(root);
-    int depth = 0;
-    while (Node const* node = walk.ConstGet()) {
-        if (cow_MapKeyEqual(node->key, key)) return node->value;
-        walk = node->child[cow_KeyBit(key, depth++)];
-    }
-    return GetAbsentValue();
+    int depth;
+    Node const* node = FindNode(key, depth);
+    return node != nullptr ? node->value : GetAbsentValue();
 }
 
 template <class K, class V>
 bool cow_Map<K, V>::Insert(K const& key, V const& value) {
-    Link* link = &root;
-    int depth = 0;
-    while (link->ConstGet() != nullptr) {
-        Node& node = link->Get();
-        if (cow_MapKeyEqual(node.key, key)) {
-            node.value = value;
-            return true;
-        }
-        link = &node.child[cow_KeyBit(key, depth++)];
+    Link* link = FindLink(key);
+    if (link->ConstGet() != nullptr) {
+        link->Get().value = value;
+        return true;
     }
     *link = cow_Allocate([&] { return new Node(key, value); });
     ++count;
@@ -507,12 +520,8 @@ bool cow_Map<K, V>::Insert(K const& key, V const& value) {
 
 template <class K, class V>
 V& cow_Map<K, V>::Get(K const& key) {
-    Link* link = &root;
-    int depth = 0;
-    while (Node const* node = link->ConstGet()) {
-        if (cow_MapKeyEqual(node->key, key)) return link->Get().value;
-        link = &link->Get().child[cow_KeyBit(key, depth++)];
-    }
+    Link* link = FindLink(key);
+    if (link->ConstGet() != nullptr) return link->Get().value;
     V& missed = GetMissedValue();
     missed = V();
     return missed;
@@ -523,10 +532,7 @@ bool cow_Map<K, V>::Remove(K const& key) {
     if (!IsMember(key)) return false;
 
     // Down to the key's node, copying the shared nodes above it.
-    Link* link = &root;
-    int depth = 0;
-    while (!cow_MapKeyEqual(link->ConstGet()->key, key))
-        link = &link->Get().child[cow_KeyBit(key, depth++)];
+    Link* link = FindLink(key);
 
     // Pull keys up along the right-preferring path until a leaf is reached.
     for (;;) {
