@@ -136,6 +136,21 @@ private:
     friend class cow_BtreeIterator<K, V>;
     friend struct cow_HandOverTraits<cow_Btree<K, V>>;  // rebuilds nodes and links (cow_HandOver.h)
 
+    // The one search walk behind both Finds of the node and of the tree:
+    // from `from` down to the node holding `key`, or null. `enter` reaches
+    // the node behind a child link: through Get for a writing walk, which
+    // makes it private, or through ConstGet for a reading one.
+    template <class Self, class Enter>
+    static Self* Search(Self* from, K const& key, Enter enter) {
+        for (;;) {
+            std::int32_t const c = cow_BtreeKeyCompare(key, from->key);
+            if (c == 0) return from;
+            Handle* slot = c < 0 ? from->left : from->right;
+            if (slot == nullptr) return nullptr;
+            from = enter(slot);
+        }
+    }
+
     // Recomputes maxDepth from the children: 0 for a leaf, else one more than
     // the deeper child's maxDepth.
     void SetMaxDepth() {
@@ -489,20 +504,12 @@ void cow_BtreeNode<K, V>::RemoveNode(cow_BtreeNode* node, Handle* replacement) {
 
 template <class K, class V>
 cow_BtreeNode<K, V>* cow_BtreeNode<K, V>::Find(K const& key_) {
-    std::int32_t const c = cow_BtreeKeyCompare(key_, key);
-    if (c == 0) return this;
-    Handle* slot = c < 0 ? left : right;
-    if (slot == nullptr) return nullptr;
-    return slot->Get().Find(key_);
+    return Search(this, key_, [](Handle* slot) { return &slot->Get(); });
 }
 
 template <class K, class V>
 cow_BtreeNode<K, V> const* cow_BtreeNode<K, V>::ConstFind(K const& key_) const {
-    std::int32_t const c = cow_BtreeKeyCompare(key_, key);
-    if (c == 0) return this;
-    Handle const* slot = c < 0 ? left : right;
-    if (slot == nullptr) return nullptr;
-    return slot->ConstGet()->ConstFind(key_);
+    return Search(this, key_, [](Handle const* slot) { return slot->ConstGet(); });
 }
 
 // ---------------------------------------------------------------------------
@@ -580,28 +587,18 @@ bool cow_Btree<K, V>::Remove(K const& key) {
     return removed;
 }
 
+// The tree's lookups start at the root link (Get on it for Find) and go on
+// as the node's walk does.
 template <class K, class V>
 typename cow_Btree<K, V>::Node* cow_Btree<K, V>::Find(K const& key) {
-    Handle* link = root;
-    while (link != nullptr) {
-        Node& node = link->Get();
-        std::int32_t const c = cow_BtreeKeyCompare(key, node.key);
-        if (c == 0) return &node;
-        link = c < 0 ? node.left : node.right;
-    }
-    return nullptr;
+    if (root == nullptr) return nullptr;
+    return Node::Search(&root->Get(), key, [](Handle* slot) { return &slot->Get(); });
 }
 
 template <class K, class V>
 typename cow_Btree<K, V>::Node const* cow_Btree<K, V>::ConstFind(K const& key) const {
-    Handle const* link = root;
-    while (link != nullptr) {
-        Node const* node = link->ConstGet();
-        std::int32_t const c = cow_BtreeKeyCompare(key, node->key);
-        if (c == 0) return node;
-        link = c < 0 ? node->left : node->right;
-    }
-    return nullptr;
+    if (root == nullptr) return nullptr;
+    return Node::Search(root->ConstGet(), key, [](Handle const* slot) { return slot->ConstGet(); });
 }
 
 // ---------------------------------------------------------------------------
