@@ -101,4 +101,19 @@ inline std::string PickText(Input& in) {
 
 }  // namespace fuzz
 
+// The frame every target shares: the library started once, and each input
+// handed to `run`, with the live counters checked once all of its values
+// are gone.
+#define ZORVANCOW_FUZZ_TARGET(run)                                                 \
+    extern "C" int LLVMFuzzerInitialize(int*, char***) {                           \
+        fuzz::StartLibrary();                                                      \
+        return 0;                                                                  \
+    }                                                                              \
+    extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) { \
+        fuzz::LiveCounters const counters;                                         \
+        run(data, size);                                                           \
+        counters.ExpectBack();                                                     \
+        return 0;                                                                  \
+    }
+
 #endif

@@ -518,30 +518,23 @@ void NestedStep(State& st, Input& in) {
     }
 }
 
+// One input: the operations it decodes, each value checked after each one.
+void RunInput(std::uint8_t const* data, std::size_t size) {
+    Input in(data, size);
+    State st;
+    for (int step = 0; step < 2000 && !in.Done(); ++step) {
+        switch (in.Below(4)) {
+            case 0: ArrayStep(st, in); break;
+            case 1: ListStep(st, in); break;
+            case 2: StringStep(st, in); break;
+            default: NestedStep(st, in); break;
+        }
+        st.CheckAll();
+    }
+    // Every snapshot still held must show its value as it was taken.
+    for (ArraySnapshot& walk : st.arrayWalks) CheckArrayWalk(*walk.it, walk.model);
+}
+
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::StartLibrary();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    fuzz::LiveCounters const counters;
-    {
-        Input in(data, size);
-        State st;
-        for (int step = 0; step < 2000 && !in.Done(); ++step) {
-            switch (in.Below(4)) {
-                case 0: ArrayStep(st, in); break;
-                case 1: ListStep(st, in); break;
-                case 2: StringStep(st, in); break;
-                default: NestedStep(st, in); break;
-            }
-            st.CheckAll();
-        }
-        // Every snapshot still held must show its value as it was taken.
-        for (ArraySnapshot& walk : st.arrayWalks) CheckArrayWalk(*walk.it, walk.model);
-    }
-    counters.ExpectBack();
-    return 0;
-}
+ZORVANCOW_FUZZ_TARGET(RunInput)

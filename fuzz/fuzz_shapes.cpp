@@ -208,37 +208,30 @@ void MatrixStep(cow_2DArray<T> (&matrices)[kSlots], MatrixModel<Cell> (&models)[
     }
 }
 
+// One input: the operations it decodes, each value checked after each one.
+void RunInput(std::uint8_t const* data, std::size_t size) {
+    Input in(data, size);
+    State st;
+    for (int step = 0; step < 2000 && !in.Done(); ++step) {
+        int const family = in.Below(4), a = in.Below(kSlots), b = in.Below(kSlots), op = in.Below(5);
+        FUZZ_TRACE("family %d, value %d (from %d): op %d\n", family, a, b, op);
+        switch (family) {
+            case 0: TextStep(st, in, a, b, op); break;
+            case 1: ListStep(st, in, a, b, op); break;
+            case 2: {
+                int const value = in.Below(1000) - 500;
+                MatrixStep(st.numbers, st.numberModels, a, b, op % 3, in, value, value);
+                break;
+            }
+            default: {
+                std::string const text = fuzz::PickText(in);
+                MatrixStep(st.words, st.wordModels, a, b, op % 3, in, cow_String(text.c_str()), text);
+            }
+        }
+        st.CheckAll();
+    }
+}
+
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::StartLibrary();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    fuzz::LiveCounters const counters;
-    {
-        Input in(data, size);
-        State st;
-        for (int step = 0; step < 2000 && !in.Done(); ++step) {
-            int const family = in.Below(4), a = in.Below(kSlots), b = in.Below(kSlots), op = in.Below(5);
-            FUZZ_TRACE("family %d, value %d (from %d): op %d\n", family, a, b, op);
-            switch (family) {
-                case 0: TextStep(st, in, a, b, op); break;
-                case 1: ListStep(st, in, a, b, op); break;
-                case 2: {
-                    int const value = in.Below(1000) - 500;
-                    MatrixStep(st.numbers, st.numberModels, a, b, op % 3, in, value, value);
-                    break;
-                }
-                default: {
-                    std::string const text = fuzz::PickText(in);
-                    MatrixStep(st.words, st.wordModels, a, b, op % 3, in, cow_String(text.c_str()), text);
-                }
-            }
-            st.CheckAll();
-        }
-    }
-    counters.ExpectBack();
-    return 0;
-}
+ZORVANCOW_FUZZ_TARGET(RunInput)

@@ -135,112 +135,105 @@ void SortedWalk(Uint const& table, UintModel const& model) {
     FUZZ_CHECK(i == order.size());
 }
 
-}  // namespace
+// One input: the operations it decodes, each value checked after each one.
+void RunInput(std::uint8_t const* data, std::size_t size) {
+    Input in(data, size);
+    std::vector<Handle> handles;
+    std::vector<TableModel> models(kSlots);
+    for (int s = 0; s < kSlots; ++s) {
+        Arguments const args = PickArguments(in);
+        handles.emplace_back(new Table(args.a, args.b, args.c));
+    }
+    std::unique_ptr<Uint> uints[kSlots];
+    UintModel uintModels[kSlots];
+    for (auto& table : uints) {
+        Arguments const args = PickArguments(in);
+        table = std::make_unique<Uint>(args.a, args.b, args.c);
+    }
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::StartLibrary();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    fuzz::LiveCounters const counters;
-    {
-        Input in(data, size);
-        std::vector<Handle> handles;
-        std::vector<TableModel> models(kSlots);
-        for (int s = 0; s < kSlots; ++s) {
-            Arguments const args = PickArguments(in);
-            handles.emplace_back(new Table(args.a, args.b, args.c));
-        }
-        std::unique_ptr<Uint> uints[kSlots];
-        UintModel uintModels[kSlots];
-        for (auto& table : uints) {
-            Arguments const args = PickArguments(in);
-            table = std::make_unique<Uint>(args.a, args.b, args.c);
-        }
-
-        for (int step = 0; step < 1000 && !in.Done(); ++step) {
-            int const a = in.Below(kSlots), b = in.Below(kSlots);
-            bool const signedSide = in.Below(2) == 0;
-            unsigned int bits = PickBits(in);
-            int const op = in.Below(6);
-            FUZZ_TRACE("%s %d (from %d): op %d, key %u\n", signedSide ? "table" : "uint", a, b, op, bits);
-            if (signedSide) {
-                TableModel& model = models[static_cast<std::size_t>(a)];
-                int key = static_cast<int>(bits);
-                if (!model.empty() && op == 1 && in.Below(2) == 0) {
-                    auto at = model.lower_bound(key);
-                    key = at == model.end() ? model.begin()->first : at->first;
+    for (int step = 0; step < 1000 && !in.Done(); ++step) {
+        int const a = in.Below(kSlots), b = in.Below(kSlots);
+        bool const signedSide = in.Below(2) == 0;
+        unsigned int bits = PickBits(in);
+        int const op = in.Below(6);
+        FUZZ_TRACE("%s %d (from %d): op %d, key %u\n", signedSide ? "table" : "uint", a, b, op, bits);
+        if (signedSide) {
+            TableModel& model = models[static_cast<std::size_t>(a)];
+            int key = static_cast<int>(bits);
+            if (!model.empty() && op == 1 && in.Below(2) == 0) {
+                auto at = model.lower_bound(key);
+                key = at == model.end() ? model.begin()->first : at->first;
+            }
+            switch (op) {
+                case 0: {
+                    if (model.size() >= kMaxKeys && model.count(key) == 0) break;
+                    std::string const text = fuzz::PickText(in);
+                    bool const added = handles[static_cast<std::size_t>(a)].Get().Insert(key, cow_String(text.c_str()));
+                    FUZZ_CHECK(added == (model.count(key) == 0));
+                    model[key] = text;
+                    break;
                 }
-                switch (op) {
-                    case 0: {
-                        if (model.size() >= kMaxKeys && model.count(key) == 0) break;
-                        std::string const text = fuzz::PickText(in);
-                        bool const added = handles[static_cast<std::size_t>(a)].Get().Insert(key, cow_String(text.c_str()));
-                        FUZZ_CHECK(added == (model.count(key) == 0));
-                        model[key] = text;
-                        break;
-                    }
-                    case 1:
-                        FUZZ_CHECK(handles[static_cast<std::size_t>(a)].Get().Remove(key) == (model.erase(key) == 1));
-                        break;
-                    case 2:
-                        handles[static_cast<std::size_t>(a)] = handles[static_cast<std::size_t>(b)];
-                        model = models[static_cast<std::size_t>(b)];
-                        break;
-                    case 3: {  // a fresh table, possibly with other arguments
-                        Arguments const args = PickArguments(in);
-                        handles[static_cast<std::size_t>(a)] = Handle(new Table(args.a, args.b, args.c));
+                case 1:
+                    FUZZ_CHECK(handles[static_cast<std::size_t>(a)].Get().Remove(key) == (model.erase(key) == 1));
+                    break;
+                case 2:
+                    handles[static_cast<std::size_t>(a)] = handles[static_cast<std::size_t>(b)];
+                    model = models[static_cast<std::size_t>(b)];
+                    break;
+                case 3: {  // a fresh table, possibly with other arguments
+                    Arguments const args = PickArguments(in);
+                    handles[static_cast<std::size_t>(a)] = Handle(new Table(args.a, args.b, args.c));
+                    model.clear();
+                    break;
+                }
+                default: {
+                    Table const& table = *handles[static_cast<std::size_t>(a)].ConstGet();
+                    FUZZ_CHECK(table.IsMember(key) == (model.count(key) == 1));
+                    FUZZ_CHECK((table.ConstGet(key) == nullptr) == (model.count(key) == 0));
+                }
+            }
+        } else {
+            Uint& table = *uints[a];
+            UintModel& model = uintModels[a];
+            if (!model.empty() && op == 1 && in.Below(2) == 0) {
+                auto at = model.lower_bound(bits);
+                bits = at == model.end() ? model.begin()->first : at->first;
+            }
+            switch (op) {
+                case 0: {
+                    if (model.size() >= kMaxKeys && model.count(bits) == 0) break;
+                    int const value = in.Below(50);
+                    FUZZ_CHECK(table.Insert(bits, value) == (model.count(bits) == 0));
+                    model[bits] = value;
+                    break;
+                }
+                case 1:
+                    FUZZ_CHECK(table.Remove(bits) == (model.erase(bits) == 1));
+                    FUZZ_CHECK(!table.IsMember(bits));
+                    break;
+                case 2:  // a deep copy; the two are independent from here on
+                    uints[a] = std::make_unique<Uint>(*uints[b]);
+                    model = uintModels[b];
+                    break;
+                case 3:
+                    if (in.Below(2) == 0) {
+                        table.Clear();
                         model.clear();
-                        break;
+                    } else {
+                        SortedWalk(table, model);
                     }
-                    default: {
-                        Table const& table = *handles[static_cast<std::size_t>(a)].ConstGet();
-                        FUZZ_CHECK(table.IsMember(key) == (model.count(key) == 1));
-                        FUZZ_CHECK((table.ConstGet(key) == nullptr) == (model.count(key) == 0));
-                    }
-                }
-            } else {
-                Uint& table = *uints[a];
-                UintModel& model = uintModels[a];
-                if (!model.empty() && op == 1 && in.Below(2) == 0) {
-                    auto at = model.lower_bound(bits);
-                    bits = at == model.end() ? model.begin()->first : at->first;
-                }
-                switch (op) {
-                    case 0: {
-                        if (model.size() >= kMaxKeys && model.count(bits) == 0) break;
-                        int const value = in.Below(50);
-                        FUZZ_CHECK(table.Insert(bits, value) == (model.count(bits) == 0));
-                        model[bits] = value;
-                        break;
-                    }
-                    case 1:
-                        FUZZ_CHECK(table.Remove(bits) == (model.erase(bits) == 1));
-                        FUZZ_CHECK(!table.IsMember(bits));
-                        break;
-                    case 2:  // a deep copy; the two are independent from here on
-                        uints[a] = std::make_unique<Uint>(*uints[b]);
-                        model = uintModels[b];
-                        break;
-                    case 3:
-                        if (in.Below(2) == 0) {
-                            table.Clear();
-                            model.clear();
-                        } else {
-                            SortedWalk(table, model);
-                        }
-                        break;
-                    default:
-                        Wander(table, model, in);
-                }
+                    break;
+                default:
+                    Wander(table, model, in);
             }
-            for (int s = 0; s < kSlots; ++s) {
-                CheckTable(*handles[static_cast<std::size_t>(s)].ConstGet(), models[static_cast<std::size_t>(s)]);
-                CheckUint(*uints[s], uintModels[s]);
-            }
+        }
+        for (int s = 0; s < kSlots; ++s) {
+            CheckTable(*handles[static_cast<std::size_t>(s)].ConstGet(), models[static_cast<std::size_t>(s)]);
+            CheckUint(*uints[s], uintModels[s]);
         }
     }
-    counters.ExpectBack();
-    return 0;
 }
+
+}  // namespace
+
+ZORVANCOW_FUZZ_TARGET(RunInput)

@@ -153,98 +153,91 @@ void Wander(Outer const& tree, OuterModel const& model, Input& in) {
     }
 }
 
+// One input: the operations it decodes, each value checked after each one.
+void RunInput(std::uint8_t const* data, std::size_t size) {
+    Input in(data, size);
+    Outer trees[kSlots];
+    OuterModel models[kSlots];
+    for (int step = 0; step < 2000 && !in.Done(); ++step) {
+        int const a = in.Below(kSlots), b = in.Below(kSlots);
+        Outer& tree = trees[a];
+        OuterModel& model = models[a];
+        std::string const text = fuzz::PickText(in);
+        cow_String const key(text.c_str());
+        int const op = in.Below(9);
+        FUZZ_TRACE("tree %d (from %d): op %d, key \"%s\"\n", a, b, op, text.c_str());
+        switch (op) {
+            case 0: {  // a new inner tree, or one shared with another outer tree
+                InnerModel innerModel;
+                Inner inner = MakeInner(in, innerModel);
+                if (!models[b].empty() && in.Below(2) == 0) {
+                    auto from = models[b].lower_bound(fuzz::PickText(in));
+                    if (from == models[b].end()) from = models[b].begin();
+                    inner = trees[b].ConstGet(cow_String(from->first.c_str()));
+                    innerModel = from->second;
+                }
+                if (model.size() >= kMaxOuter && model.count(text) == 0) break;
+                FUZZ_CHECK(tree.InsertUnlessMember(key, inner) == model.emplace(text, innerModel).second);
+                break;
+            }
+            case 1: {
+                std::string target = text;
+                if (!model.empty() && in.Below(4) != 0) {
+                    auto at = model.lower_bound(text);
+                    target = at == model.end() ? model.begin()->first : at->first;
+                }
+                FUZZ_CHECK(tree.Remove(cow_String(target.c_str())) == (model.erase(target) == 1));
+                break;
+            }
+            case 2:
+            case 3: {
+                Inner* inner = tree.Get(key);
+                auto at = model.find(text);
+                FUZZ_CHECK((inner != nullptr) == (at != model.end()));
+                if (inner != nullptr) EditInner(*inner, at->second, in);
+                break;
+            }
+            case 4:
+                tree = trees[b];
+                model = models[b];
+                break;
+            case 5: {
+                Outer* copy = trees[b].Copy();
+                CheckOuter(*copy, models[b]);
+                tree = *copy;
+                model = models[b];
+                // Writes to the heap copy stay in it.
+                InnerModel scratch;
+                copy->InsertUnlessMember(key, MakeInner(in, scratch));
+                delete copy;
+                break;
+            }
+            case 6:
+                Wander(tree, model, in);
+                break;
+            case 7: {
+                cow_List<cow_String> keys = cow_BtreeUtils<cow_String, Inner>::cow_Keys(tree);
+                cow_List<Inner> values = cow_BtreeUtils<cow_String, Inner>::cow_Values(tree);
+                FUZZ_CHECK(keys.GetCount() == static_cast<int>(model.size()));
+                FUZZ_CHECK(values.GetCount() == static_cast<int>(model.size()));
+                int i = 0;
+                for (auto const& [k, v] : model) {
+                    FUZZ_CHECK(k == keys.ConstGet(i).GetCString());
+                    CheckInner(values.ConstGet(i), v);
+                    ++i;
+                }
+                break;
+            }
+            default: {
+                auto at = model.find(text);
+                FUZZ_CHECK(tree.IsMember(key) == (at != model.end()));
+                CheckInner(tree.ConstGet(key), at != model.end() ? at->second : InnerModel());
+            }
+        }
+        for (int s = 0; s < kSlots; ++s) CheckOuter(trees[s], models[s]);
+    }
+}
+
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    fuzz::StartLibrary();
-    return 0;
-}
-
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    fuzz::LiveCounters const counters;
-    {
-        Input in(data, size);
-        Outer trees[kSlots];
-        OuterModel models[kSlots];
-        for (int step = 0; step < 2000 && !in.Done(); ++step) {
-            int const a = in.Below(kSlots), b = in.Below(kSlots);
-            Outer& tree = trees[a];
-            OuterModel& model = models[a];
-            std::string const text = fuzz::PickText(in);
-            cow_String const key(text.c_str());
-            int const op = in.Below(9);
-            FUZZ_TRACE("tree %d (from %d): op %d, key \"%s\"\n", a, b, op, text.c_str());
-            switch (op) {
-                case 0: {  // a new inner tree, or one shared with another outer tree
-                    InnerModel innerModel;
-                    Inner inner = MakeInner(in, innerModel);
-                    if (!models[b].empty() && in.Below(2) == 0) {
-                        auto from = models[b].lower_bound(fuzz::PickText(in));
-                        if (from == models[b].end()) from = models[b].begin();
-                        inner = trees[b].ConstGet(cow_String(from->first.c_str()));
-                        innerModel = from->second;
-                    }
-                    if (model.size() >= kMaxOuter && model.count(text) == 0) break;
-                    FUZZ_CHECK(tree.InsertUnlessMember(key, inner) == model.emplace(text, innerModel).second);
-                    break;
-                }
-                case 1: {
-                    std::string target = text;
-                    if (!model.empty() && in.Below(4) != 0) {
-                        auto at = model.lower_bound(text);
-                        target = at == model.end() ? model.begin()->first : at->first;
-                    }
-                    FUZZ_CHECK(tree.Remove(cow_String(target.c_str())) == (model.erase(target) == 1));
-                    break;
-                }
-                case 2:
-                case 3: {
-                    Inner* inner = tree.Get(key);
-                    auto at = model.find(text);
-                    FUZZ_CHECK((inner != nullptr) == (at != model.end()));
-                    if (inner != nullptr) EditInner(*inner, at->second, in);
-                    break;
-                }
-                case 4:
-                    tree = trees[b];
-                    model = models[b];
-                    break;
-                case 5: {
-                    Outer* copy = trees[b].Copy();
-                    CheckOuter(*copy, models[b]);
-                    tree = *copy;
-                    model = models[b];
-                    // Writes to the heap copy stay in it.
-                    InnerModel scratch;
-                    copy->InsertUnlessMember(key, MakeInner(in, scratch));
-                    delete copy;
-                    break;
-                }
-                case 6:
-                    Wander(tree, model, in);
-                    break;
-                case 7: {
-                    cow_List<cow_String> keys = cow_BtreeUtils<cow_String, Inner>::cow_Keys(tree);
-                    cow_List<Inner> values = cow_BtreeUtils<cow_String, Inner>::cow_Values(tree);
-                    FUZZ_CHECK(keys.GetCount() == static_cast<int>(model.size()));
-                    FUZZ_CHECK(values.GetCount() == static_cast<int>(model.size()));
-                    int i = 0;
-                    for (auto const& [k, v] : model) {
-                        FUZZ_CHECK(k == keys.ConstGet(i).GetCString());
-                        CheckInner(values.ConstGet(i), v);
-                        ++i;
-                    }
-                    break;
-                }
-                default: {
-                    auto at = model.find(text);
-                    FUZZ_CHECK(tree.IsMember(key) == (at != model.end()));
-                    CheckInner(tree.ConstGet(key), at != model.end() ? at->second : InnerModel());
-                }
-            }
-            for (int s = 0; s < kSlots; ++s) CheckOuter(trees[s], models[s]);
-        }
-    }
-    counters.ExpectBack();
-    return 0;
-}
+ZORVANCOW_FUZZ_TARGET(RunInput)
