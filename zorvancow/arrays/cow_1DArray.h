@@ -416,6 +416,23 @@ inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
 
 template <class T>
 bool cow_1DArray<T>::Grow(int n) {
+    if (n == 0 && tableCounter->GetCount() != 1) {
+        // Resetting a shared array. The full route below would copy the
+        // table, raise the count of every block in use, and then lower each
+        // of them again: the other holders keep the table and every block
+        // count ends where it started. Only what this array is left with can
+        // be seen, so give it that directly, in constant time: a new counter
+        // and the table a copy reset to 0 slots would be (a live block of
+        // minimal size, or none when the copy would have had no slots).
+        tableCounter->Decrement();
+        tableCounter = new cow_Counter;
+        table = capacity != 0 ? static_cast<Block**>(mem_Realloc(nullptr, 0)) : nullptr;
+        capacity = 0;
+        shift = 0;
+        end = 0;
+        head = 0;
+        return true;
+    }
     CopyArray();
     int oldBlockEnd = BlockEnd();
     int newCapacity = capacity;
