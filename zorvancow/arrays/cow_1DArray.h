@@ -43,7 +43,7 @@ class cow_1DArrayIter;
 // does not know its length; every array holding it has the same shift and
 // passes the length in. Allocated and freed through cow_Counter's operators.
 template <class T>
-class cow_1DArrayBlock : public cow_Counter {
+class ZORVANCOW_TYPE cow_1DArrayBlock : public cow_Counter {
 public:
     // A block of n default elements (zero bytes, empty strings or containers).
     explicit cow_1DArrayBlock(int n);
@@ -69,18 +69,12 @@ private:
 // A growable array in counted blocks, copy-on-write at table and block level,
 // growable at both ends. Built for the lists, which keep their own element
 // count and use the array's end as a high-water mark.
-// The class carries the export mark itself (not only its instantiation
-// list) because the int instantiation has a member of its own, IsEqual,
-// whose declaration already completes cow_1DArray<int> before its
-// instantiation is announced.
-//
 // The per-element members (Get, PartialArrayConstGet, RemoveHead, the copy)
 // are defined inline below: a caller compiles in the common case (private
 // table, private block, inside the table) and calls into the library only
-// for growth, unsharing or a new block. The explicit instantiations still
-// emit and export them, so the library's interface is the same.
+// for growth, unsharing or a new block.
 template <class T>
-class ZORVANCOW_API cow_1DArray {
+class ZORVANCOW_TYPE cow_1DArray {
 public:
     typedef cow_1DArrayBlock<T> Block;
 
@@ -171,9 +165,8 @@ private:
     int BlockEnd() const {
         return static_cast<int>((static_cast<std::int64_t>(end) + (std::int64_t{1} << shift) - 1) >> shift);
     }
-    // Gives up this array's hold on the table, freeing it when last. An
-    // internal step, kept out of the library's interface.
-    __attribute__((visibility("hidden"))) void ReleaseTable();
+    // Gives up this array's hold on the table, freeing it when last.
+    void ReleaseTable();
     // Lowers a block's count, destroying it at 0; true when destroyed.
     static bool ReleaseBlock(Block* block) {
         if (!block->Decrement()) return false;
@@ -198,9 +191,9 @@ private:
 // The end of the walk is told by position, not by the block pointer, and is
 // the caller's to test (the list iterators do it). Every member is defined
 // inline, so a walk calls into the library only when its copy of the array
-// is released at the end; the instantiations still export them.
+// is released at the end.
 template <class T>
-class cow_1DArrayIter {
+class ZORVANCOW_TYPE cow_1DArrayIter {
 public:
     // Copies the array and stands on its first element. When the head's
     // block is absent the whole walk counts as empty (limit 0).
@@ -558,33 +551,6 @@ inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
     return *this;
 }
 
-// The instantiations the library holds.
-extern template class ZORVANCOW_API cow_1DArrayBlock<int>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<unsigned int>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<float>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<double>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<bool>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<cow_String>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<atr_String>;
-
-// Element-wise equality exists for int arrays only.
-template <>
-bool cow_1DArray<int>::IsEqual(cow_1DArray<int> const& other) const;
-
-extern template class cow_1DArray<int>;
-extern template class ZORVANCOW_API cow_1DArray<unsigned int>;
-extern template class ZORVANCOW_API cow_1DArray<float>;
-extern template class ZORVANCOW_API cow_1DArray<double>;
-extern template class ZORVANCOW_API cow_1DArray<bool>;
-extern template class ZORVANCOW_API cow_1DArray<cow_String>;
-extern template class ZORVANCOW_API cow_1DArray<atr_String>;
-
-extern template class ZORVANCOW_API cow_1DArrayIter<int>;
-extern template class ZORVANCOW_API cow_1DArrayIter<unsigned int>;
-extern template class ZORVANCOW_API cow_1DArrayIter<float>;
-extern template class ZORVANCOW_API cow_1DArrayIter<double>;
-extern template class ZORVANCOW_API cow_1DArrayIter<bool>;
-extern template class ZORVANCOW_API cow_1DArrayIter<cow_String>;
-extern template class ZORVANCOW_API cow_1DArrayIter<atr_String>;
+#include "zorvancow/arrays/cow_1DArrayExports.h"
 
 #endif

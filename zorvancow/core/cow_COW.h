@@ -38,7 +38,7 @@ private:
 // (an empty handle is still live: it has a counter and copies like any
 // other). A pointee handed over as T* must come from the global operator new.
 template <class T>
-class cow_CountedHld {
+class ZORVANCOW_TYPE cow_CountedHld {
 public:
     // Adopts `object` (which may be null) with a new counter at 1.
     explicit cow_CountedHld(T* object) : counter(new cow_Counter), pointee(object) {}
@@ -76,7 +76,7 @@ protected:
 
 // The library's one copy policy: a full copy through T's copy constructor.
 template <class T>
-struct cow_Direct {
+struct ZORVANCOW_TYPE cow_Direct {
     // A new T copied from `source`, from the global operator new.
     static T* Copy(T const& source);
 };
@@ -86,7 +86,7 @@ struct cow_Direct {
 // How deep the copy goes is the pointee's matter: tree and map nodes copy
 // one node and share their children.
 template <class T, class Cp = cow_Direct<T>>
-class cow_COW : public cow_CountedHld<T> {
+class ZORVANCOW_TYPE cow_COW : public cow_CountedHld<T> {
 public:
     // Starts from a private copy of `source`.
     explicit cow_COW(T const& source);
@@ -178,17 +178,24 @@ T& cow_COW<T, Cp>::Get() {
     return *this->pointee;
 }
 
-// Announces, in a family header, that the library holds the handle classes
-// for pointee type T; the matching ZORVANCOW_INSTANTIATE_COW(T) stands in the
-// family's file under zorvancow/instantiations/.
-#define ZORVANCOW_EXTERN_COW(...)                                              \
-    extern template class ZORVANCOW_API cow_CountedHld<__VA_ARGS__>;           \
-    extern template struct ZORVANCOW_API cow_Direct<__VA_ARGS__>;              \
-    extern template class ZORVANCOW_API cow_COW<__VA_ARGS__, cow_Direct<__VA_ARGS__>>
-
-#define ZORVANCOW_INSTANTIATE_COW(...)                                         \
-    template class cow_CountedHld<__VA_ARGS__>;                                \
-    template struct cow_Direct<__VA_ARGS__>;                                   \
-    template class cow_COW<__VA_ARGS__, cow_Direct<__VA_ARGS__>>
+// Export rows of the handle members for one pointee type, in the groups
+// that the families combine for their own pointees (see cow_Export.h).
+// Sharing: both constructors, the write access and the release.
+#define ZORVANCOW_HANDLE_SHARE_ROWS(ROW, ...)                                                        \
+    ROW(cow_COW<__VA_ARGS__>::cow_COW(__VA_ARGS__ const&))                                           \
+    ROW(cow_COW<__VA_ARGS__>::cow_COW(__VA_ARGS__*))                                                 \
+    ROW(__VA_ARGS__& cow_COW<__VA_ARGS__>::Get())                                                    \
+    ROW(cow_CountedHld<__VA_ARGS__>::~cow_CountedHld())
+// The destruction of pointee and counter.
+#define ZORVANCOW_HANDLE_DELETE_ROWS(ROW, ...) ROW(void cow_CountedHld<__VA_ARGS__>::Delete())
+// The derived handle's own destructor.
+#define ZORVANCOW_HANDLE_RELEASE_ROWS(ROW, ...) ROW(cow_COW<__VA_ARGS__>::~cow_COW())
+// Assignment from another handle.
+#define ZORVANCOW_HANDLE_ASSIGN_ROWS(ROW, ...)                                                       \
+    ROW(cow_CountedHld<__VA_ARGS__>& cow_CountedHld<__VA_ARGS__>::operator=(cow_CountedHld<__VA_ARGS__> const&))
+// Replacement of the pointee, and the copy policy.
+#define ZORVANCOW_HANDLE_REPLACE_ROWS(ROW, ...)                                                      \
+    ROW(cow_CountedHld<__VA_ARGS__>& cow_CountedHld<__VA_ARGS__>::operator=(__VA_ARGS__*))           \
+    ROW(__VA_ARGS__* cow_Direct<__VA_ARGS__>::Copy(__VA_ARGS__ const&))
 
 #endif

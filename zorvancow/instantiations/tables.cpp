@@ -1,10 +1,5 @@
-// The radix tables the library holds compiled, and the handle members it
-// exports for sharing a whole table.
+// The radix tables of strings, and the handles that share whole tables.
 
-#include "zorvancow/tables/omi_IntTable.h"
+#include "zorvancow/tables/omi_IntTableExports.h"
 
-ZORVANCOW_TABLE_MEMBERS(template, cow_String);
-
-ZORVANCOW_TABLE_COW_MEMBERS(template, omi_IntTable<cow_String>);
-ZORVANCOW_TABLE_COW_REPLACE(template, omi_IntTable<cow_String>);
-ZORVANCOW_TABLE_COW_MEMBERS(template, omi_IntTable<int>);
+ZORVANCOW_TABLE_EXPORTS(ZORVANCOW_DEFINE_ROW)

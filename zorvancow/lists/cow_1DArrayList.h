@@ -22,8 +22,7 @@
 // the array handle, so lists that share storage belong to one thread at a time.
 //
 // Append of one element, FindFirst and IsMember are defined inline, so that
-// a caller compiles in the array's common case and the block-wise search;
-// the library's instantiations still export them.
+// a caller compiles in the array's common case and the block-wise search.
 
 #include <algorithm>
 #include <cstdint>
@@ -101,7 +100,7 @@ class cow_1DArrayListIter;
 // A growable sequence with its own count on a blocked array whose head stays
 // at 0. Also a value type of trees and maps, and an element of lists.
 template <class T>
-class cow_1DArrayList {
+class ZORVANCOW_TYPE cow_1DArrayList {
 public:
     // An empty list; allocates only its array's counter.
     cow_1DArrayList();
@@ -217,7 +216,7 @@ private:
 // Walks an array list as it was when the iterator was made: it holds its own
 // copy of the array, so writes to the list meanwhile go to private storage.
 template <class T>
-class cow_1DArrayListIter : public cow_ListWalk<T, cow_1DArrayListIter<T>> {
+class ZORVANCOW_TYPE cow_1DArrayListIter : public cow_ListWalk<T, cow_1DArrayListIter<T>> {
 public:
     // Stands on element 0; the walk ends at the list's count of now.
     explicit cow_1DArrayListIter(cow_1DArrayList<T> const& list)
@@ -349,35 +348,6 @@ T* cow_1DArrayList<T>::GetCArray(int& size) const {
 template <class T>
 inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
 
-// The instantiations the library holds.
-extern template class ZORVANCOW_API cow_1DArrayList<int>;
-extern template class ZORVANCOW_API cow_1DArrayList<unsigned int>;
-extern template class ZORVANCOW_API cow_1DArrayList<float>;
-extern template class ZORVANCOW_API cow_1DArrayList<double>;
-extern template class ZORVANCOW_API cow_1DArrayList<cow_String>;
-
-// Blocked arrays of array lists: the storage of the nested lists.
-extern template class ZORVANCOW_API cow_1DArrayBlock<cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<cow_1DArrayList<float>>;
-extern template class ZORVANCOW_API cow_1DArrayBlock<cow_1DArrayList<double>>;
-extern template class ZORVANCOW_API cow_1DArray<cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_1DArray<cow_1DArrayList<float>>;
-extern template class ZORVANCOW_API cow_1DArray<cow_1DArrayList<double>>;
-extern template class ZORVANCOW_API cow_1DArrayIter<cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_1DArrayIter<cow_1DArrayList<float>>;
-extern template class ZORVANCOW_API cow_1DArrayIter<cow_1DArrayList<double>>;
-
-extern template class ZORVANCOW_API cow_1DArrayList<cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_1DArrayList<cow_1DArrayList<float>>;
-extern template class ZORVANCOW_API cow_1DArrayList<cow_1DArrayList<double>>;
-
-extern template class ZORVANCOW_API cow_1DArrayListIter<int>;
-extern template class ZORVANCOW_API cow_1DArrayListIter<unsigned int>;
-extern template class ZORVANCOW_API cow_1DArrayListIter<float>;
-extern template class ZORVANCOW_API cow_1DArrayListIter<double>;
-extern template class ZORVANCOW_API cow_1DArrayListIter<cow_String>;
-extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<int>>;
-extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<float>>;
-extern template class ZORVANCOW_API cow_1DArrayListIter<cow_1DArrayList<double>>;
+#include "zorvancow/lists/cow_1DArrayListExports.h"
 
 #endif

@@ -21,8 +21,7 @@
 //
 // The per-element members (Append of one element, Prepend, RemoveFirst,
 // ConstGet, Get, Position, IsMember) are defined inline, so that a caller
-// compiles in the array's common case and its block-wise search; the
-// library's instantiations still export them.
+// compiles in the array's common case and its block-wise search.
 
 #include <cstdlib>
 #include <cstring>
@@ -37,7 +36,7 @@ template <class T>
 class cow_ListIter;
 
 template <class T>
-class cow_List {
+class ZORVANCOW_TYPE cow_List {
 public:
     // An empty list; allocates only its array's counter.
     cow_List() : count(0), array() {}
@@ -127,8 +126,7 @@ private:
     static int SortCmp(void const* left, void const* right);
     // Sorts n elements in place by SortCmp: a merge sort that moves the
     // elements as bytes (see Sort) and needs a scratch buffer of n elements.
-    // An internal step of Sort, kept out of the library's interface.
-    __attribute__((visibility("hidden"))) static void SortBuffer(T* buffer, int n);
+    static void SortBuffer(T* buffer, int n);
 
     int count;
     cow_1DArray<T> array;
@@ -137,7 +135,7 @@ private:
 // Walks a list as it was when the iterator was made: it holds its own copy
 // of the array, so writes to the list meanwhile go to private storage.
 template <class T>
-class cow_ListIter : public cow_ListWalk<T, cow_ListIter<T>> {
+class ZORVANCOW_TYPE cow_ListIter : public cow_ListWalk<T, cow_ListIter<T>> {
 public:
     // Stands on the first element; the walk ends after the list's count of now.
     explicit cow_ListIter(cow_List<T> const& list)
@@ -370,23 +368,6 @@ cow_List<T> cow_List<T>::operator-(cow_List const& other) {
 template <class T>
 inline cow_ListIter<T>::~cow_ListIter() {}
 
-// The instantiations the library holds. Lists of array lists have no search,
-// sort or difference; the library holds their other members only.
-extern template class ZORVANCOW_API cow_List<int>;
-extern template class ZORVANCOW_API cow_List<unsigned int>;
-extern template class ZORVANCOW_API cow_List<bool>;
-extern template class ZORVANCOW_API cow_List<float>;
-extern template class ZORVANCOW_API cow_List<double>;
-extern template class ZORVANCOW_API cow_List<cow_String>;
-extern template class ZORVANCOW_API cow_List<atr_String>;
-extern template class ZORVANCOW_API cow_List<cow_1DArrayList<int>>;
-
-extern template class ZORVANCOW_API cow_ListIter<int>;
-extern template class ZORVANCOW_API cow_ListIter<unsigned int>;
-extern template class ZORVANCOW_API cow_ListIter<bool>;
-extern template class ZORVANCOW_API cow_ListIter<float>;
-extern template class ZORVANCOW_API cow_ListIter<double>;
-extern template class ZORVANCOW_API cow_ListIter<cow_String>;
-extern template class ZORVANCOW_API cow_ListIter<atr_String>;
+#include "zorvancow/lists/cow_ListExports.h"
 
 #endif

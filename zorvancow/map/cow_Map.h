@@ -78,7 +78,9 @@ inline bool cow_MapKeyLess(cow_String const& left, cow_String const& right) {
 // node below on digit d (null for none) and `child[d].GetShareCount()` how
 // many nodes, maps and iterators hold that branch.
 template <class K, class V>
-struct cow_MapNode {
+struct ZORVANCOW_TYPE cow_MapNode {
+    typedef K Key;
+    typedef V Value;
     typedef cow_COW<cow_MapNode, cow_Direct<cow_MapNode>> Link;
 
     // A leaf: copies `k` and `v`; the two empty branches get a counter each,
@@ -119,7 +121,7 @@ struct cow_MapNode {
 // shares its storage like any copy, and stays on this thread with it.
 // IsAbsent(reference) tells it apart from a stored value; IsMember asks first.
 template <class K, class V>
-class cow_Map {
+class ZORVANCOW_TYPE cow_Map {
 public:
     typedef cow_MapNode<K, V> Node;
     typedef typename Node::Link Link;
@@ -165,7 +167,7 @@ public:
     int GetCount() const { return count; }
 
     // True when `reference` is what Get or ConstGet gave this thread for an
-    // absent key.
+    // absent key. Sets this thread's scratch value (see Get) back to V().
     static bool IsAbsent(V const& reference);
 
     // Inspection: the root handle (its pointee is the root node, null when
@@ -209,7 +211,7 @@ private:
 // Use: First(), then while !IsDone(): CurrentKey()/CurrentValue(), Next().
 // Before the first First() the iterator reads as done. Not copyable.
 template <class K, class V>
-class cow_ConstMapIterator {
+class ZORVANCOW_TYPE cow_ConstMapIterator {
 public:
     typedef cow_MapNode<K, V> Node;
 
@@ -279,7 +281,7 @@ private:
 // It is a cow_ConstMapIterator (the same snapshot, node array and reads) with
 // a comparison added, and only First differs. Not copyable.
 template <class K, class V>
-class cow_ConstMapSortedIt : public cow_ConstMapIterator<K, V> {
+class ZORVANCOW_TYPE cow_ConstMapSortedIt : public cow_ConstMapIterator<K, V> {
 public:
     typedef cow_MapNode<K, V> Node;
 
@@ -319,7 +321,7 @@ private:
 // and counted containers share their storage with the map. The map is only
 // read; its root count moves for the walk and is back at return.
 template <class K, class V>
-class cow_MapUtils {
+class ZORVANCOW_TYPE cow_MapUtils {
 public:
     // All keys, by value: one pointer array for the walk plus the list.
     static cow_List<K> cow_Keys(cow_Map<K, V> const& map);
@@ -328,7 +330,7 @@ public:
 };
 
 // ---------------------------------------------------------------------------
-// Out-of-line members (the library's exported ones for its instantiations)
+// Out-of-line members
 
 template <class K, class V>
 cow_MapNode<K, V>::~cow_MapNode() {}
@@ -348,9 +350,15 @@ V& cow_Map<K, V>::GetMissedValue() {
     return missed;
 }
 
+// The per-thread values belong to whichever copy of Get and ConstGet the
+// caller runs (the library's, or one compiled into the caller), so they are
+// asked for here through those two: an empty map answers every key with them.
 template <class K, class V>
-bool cow_Map<K, V>::IsAbsent(V const& reference) {
-    return &reference == &GetAbsentValue() || &reference == &GetMissedValue();
+inline bool cow_Map<K, V>::IsAbsent(V const& reference) {
+    cow_Map empty;
+    K const key{};
+    if (&reference == &empty.ConstGet(key)) return true;
+    return &reference == &empty.Get(key);
 }
 
 template <class K, class V>
@@ -481,120 +489,6 @@ cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
     return values;
 }
 
-// ---------------------------------------------------------------------------
-// The library's instantiations (zorvancow/instantiations/map.cpp)
-//
-// Exported member by member: an explicitly instantiated class would export
-// its inline reads and private helpers too. The handle members a map only
-// uses (the node copy and both assignments) stay inside, as do the rows that
-// build an iterator or the utilities for themselves. The same macros, with
-// `template` for `extern template`, make the definitions.
-
-#define ZORVANCOW_MAP_MEMBERS(EXTERN, K, V)                                                     \
-    EXTERN ZORVANCOW_API cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::cow_COW(    \
-        cow_MapNode<K, V> const&);                                                              \
-    EXTERN ZORVANCOW_API cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::cow_COW(    \
-        cow_MapNode<K, V>*);                                                                    \
-    EXTERN ZORVANCOW_API cow_MapNode<K, V>& cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::Get(); \
-    EXTERN ZORVANCOW_API cow_COW<cow_MapNode<K, V>, cow_Direct<cow_MapNode<K, V>>>::~cow_COW(); \
-    EXTERN ZORVANCOW_API void cow_CountedHld<cow_MapNode<K, V>>::Delete();                     \
-    EXTERN ZORVANCOW_API cow_CountedHld<cow_MapNode<K, V>>::~cow_CountedHld();                 \
-    EXTERN ZORVANCOW_API cow_MapNode<K, V>::~cow_MapNode();                                     \
-    EXTERN ZORVANCOW_API bool cow_Map<K, V>::IsMember(K const&) const;                          \
-    EXTERN ZORVANCOW_API bool cow_Map<K, V>::Insert(K const&, V const&);                        \
-    EXTERN ZORVANCOW_API bool cow_Map<K, V>::Remove(K const&);                                  \
-    EXTERN ZORVANCOW_API V& cow_Map<K, V>::Get(K const&);                                       \
-    EXTERN ZORVANCOW_API V const& cow_Map<K, V>::ConstGet(K const&) const;                      \
-    EXTERN ZORVANCOW_API bool cow_Map<K, V>::IsAbsent(V const&);                                \
-    EXTERN ZORVANCOW_API cow_Map<K, V>::~cow_Map()
-
-#define ZORVANCOW_MAP_ITERATOR_MEMBERS(EXTERN, K, V)                                            \
-    EXTERN ZORVANCOW_API void cow_ConstMapIterator<K, V>::First();                              \
-    EXTERN ZORVANCOW_API cow_ConstMapIterator<K, V>::~cow_ConstMapIterator()
-
-#define ZORVANCOW_MAP_SORTED_MEMBERS(EXTERN, K, V)                                              \
-    EXTERN ZORVANCOW_API void cow_ConstMapSortedIt<K, V>::First();                              \
-    EXTERN ZORVANCOW_API int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const*, void const*);  \
-    EXTERN ZORVANCOW_API cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt()
-
-#define ZORVANCOW_MAP_UTILS_MEMBERS(EXTERN, K, V)                                               \
-    EXTERN ZORVANCOW_API cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const&);        \
-    EXTERN ZORVANCOW_API cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const&)
-
-#define ZORVANCOW_MAP_EXTERN extern template
-
-// The map, its node and the node's handle members: all 27 rows.
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, int);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, unsigned int);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, float);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, double);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<int>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<float>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<cow_String>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<int>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<double>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_String);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, int, omi_BlkBitVect);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, int);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, unsigned int);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, atr_String);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, cow_String);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, int);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, unsigned int);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, float);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, double);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<int>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<float>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<cow_String>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<int>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<cow_String>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_FixedArray<double>);
-ZORVANCOW_MAP_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, atr_String);
-
-// The node walk: every row but <unsigned int, int>.
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, int);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, unsigned int);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, float);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, double);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<int>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<float>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<cow_String>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<int>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_FixedArray<double>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_String);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, int, omi_BlkBitVect);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, unsigned int);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, atr_String);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, cow_String);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, int);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, unsigned int);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, float);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, double);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<int>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<float>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<cow_String>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<int>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_List<cow_String>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_FixedArray<double>);
-ZORVANCOW_MAP_ITERATOR_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, atr_String);
-
-// The sorted walk: two rows; DescSortCmp stays inside.
-ZORVANCOW_MAP_SORTED_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
-ZORVANCOW_MAP_SORTED_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, float);
-
-// Keys and values as lists: nine rows.
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<int>);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, int, cow_1DArrayList<cow_String>);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, unsigned int, atr_String);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, int);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, unsigned int);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, double);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_String);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, cow_1DArrayList<cow_String>);
-ZORVANCOW_MAP_UTILS_MEMBERS(ZORVANCOW_MAP_EXTERN, cow_String, atr_String);
-
-#undef ZORVANCOW_MAP_EXTERN
+#include "zorvancow/map/cow_MapExports.h"
 
 #endif

@@ -27,7 +27,7 @@
 // New elements of int, float and double are left unset; string elements
 // start as empty values without a text.
 template <class T>
-struct cow_2DArrayRep {
+struct ZORVANCOW_TYPE cow_2DArrayRep {
     // A rows x columns matrix, unset for numbers. A negative extent counts as
     // 0. When either extent is 0 nothing is allocated and `data` is null;
     // both extents are kept all the same.
@@ -72,7 +72,7 @@ private:
 // nothing allocated, no element touched); the last matrix on a
 // representation frees it.
 template <class T>
-class cow_2DArray {
+class ZORVANCOW_TYPE cow_2DArray {
 public:
     // A rows x columns matrix with every element assigned `value`, row by
     // row (strings share its text, one count per element). A negative extent
@@ -129,31 +129,6 @@ cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value) : rep(new cow
     }
 }
 
-// What the library holds: the handle members, and the members of the matrices
-// and representations defined outside their class bodies, member by member so
-// that the inline reads stay out of the exported interface.
-ZORVANCOW_EXTERN_COW(cow_2DArrayRep<int>);
-ZORVANCOW_EXTERN_COW(cow_2DArrayRep<float>);
-ZORVANCOW_EXTERN_COW(cow_2DArrayRep<double>);
-ZORVANCOW_EXTERN_COW(cow_2DArrayRep<cow_String>);
+#include "zorvancow/shapes/cow_2DArrayExports.h"
 
-extern template ZORVANCOW_API cow_2DArrayRep<int>::cow_2DArrayRep(int, int);
-extern template ZORVANCOW_API cow_2DArrayRep<int>::cow_2DArrayRep(cow_2DArrayRep<int> const&);
-extern template ZORVANCOW_API cow_2DArrayRep<int>::~cow_2DArrayRep();
-extern template ZORVANCOW_API cow_2DArray<int>::cow_2DArray(int, int, int const&);
-
-extern template ZORVANCOW_API cow_2DArrayRep<float>::cow_2DArrayRep(int, int);
-extern template ZORVANCOW_API cow_2DArrayRep<float>::cow_2DArrayRep(cow_2DArrayRep<float> const&);
-extern template ZORVANCOW_API cow_2DArrayRep<float>::~cow_2DArrayRep();
-extern template ZORVANCOW_API cow_2DArray<float>::cow_2DArray(int, int, float const&);
-
-extern template ZORVANCOW_API cow_2DArrayRep<double>::cow_2DArrayRep(int, int);
-extern template ZORVANCOW_API cow_2DArrayRep<double>::cow_2DArrayRep(cow_2DArrayRep<double> const&);
-extern template ZORVANCOW_API cow_2DArrayRep<double>::~cow_2DArrayRep();
-extern template ZORVANCOW_API cow_2DArray<double>::cow_2DArray(int, int, double const&);
-
-extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::cow_2DArrayRep(int, int);
-extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::cow_2DArrayRep(cow_2DArrayRep<cow_String> const&);
-extern template ZORVANCOW_API cow_2DArrayRep<cow_String>::~cow_2DArrayRep();
-extern template ZORVANCOW_API cow_2DArray<cow_String>::cow_2DArray(int, int, cow_String const&);
 #endif

@@ -30,7 +30,7 @@
 // New elements of int, float and double are left unset; string elements
 // start as empty values without a text.
 template <class T>
-struct cow_FixedArrayRep {
+struct ZORVANCOW_TYPE cow_FixedArrayRep {
     // `length` elements, unset for numbers. A negative length counts as 0.
     // Even 0 elements get an allocation of their own, so `data` is never null.
     explicit cow_FixedArrayRep(int length);
@@ -65,7 +65,7 @@ private:
 
 // A value array of fixed length with copy-on-write sharing of the whole.
 template <class T>
-class cow_FixedArray {
+class ZORVANCOW_TYPE cow_FixedArray {
 public:
     // Ten elements, unset for numbers and empty for strings. Ten is the zero
     // value that lists and maps of fixed arrays make for a fresh slot.
@@ -169,53 +169,6 @@ bool cow_FixedArray<T>::operator!=(cow_FixedArray const& other) const {
     return *rep.ConstGet() != *other.rep.ConstGet();
 }
 
-// What the library holds. Every handle member on the four representations;
-// of the arrays and representations themselves only the members listed. The
-// double arrays, and the members not listed, are made by whoever uses them.
-ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<int>);
-ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<float>);
-ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<double>);
-ZORVANCOW_EXTERN_COW(cow_FixedArrayRep<cow_String>);
-
-extern template ZORVANCOW_API cow_FixedArrayRep<int>::cow_FixedArrayRep(cow_FixedArrayRep<int> const&);
-extern template ZORVANCOW_API cow_FixedArrayRep<int>::~cow_FixedArrayRep();
-extern template ZORVANCOW_API cow_FixedArrayRep<int>& cow_FixedArrayRep<int>::operator=(
-    cow_FixedArrayRep<int> const&);
-extern template ZORVANCOW_API bool cow_FixedArrayRep<int>::operator==(cow_FixedArrayRep<int> const&) const;
-extern template ZORVANCOW_API bool cow_FixedArrayRep<int>::operator!=(cow_FixedArrayRep<int> const&) const;
-
-extern template ZORVANCOW_API cow_FixedArrayRep<float>::cow_FixedArrayRep(cow_FixedArrayRep<float> const&);
-extern template ZORVANCOW_API cow_FixedArrayRep<float>::~cow_FixedArrayRep();
-extern template ZORVANCOW_API cow_FixedArrayRep<float>& cow_FixedArrayRep<float>::operator=(
-    cow_FixedArrayRep<float> const&);
-extern template ZORVANCOW_API bool cow_FixedArrayRep<float>::operator==(cow_FixedArrayRep<float> const&) const;
-extern template ZORVANCOW_API bool cow_FixedArrayRep<float>::operator!=(cow_FixedArrayRep<float> const&) const;
-
-extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>::cow_FixedArrayRep(int);
-extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>::cow_FixedArrayRep(
-    cow_FixedArrayRep<cow_String> const&);
-extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>::~cow_FixedArrayRep();
-extern template ZORVANCOW_API cow_FixedArrayRep<cow_String>& cow_FixedArrayRep<cow_String>::operator=(
-    cow_FixedArrayRep<cow_String> const&);
-extern template ZORVANCOW_API bool cow_FixedArrayRep<cow_String>::operator==(
-    cow_FixedArrayRep<cow_String> const&) const;
-extern template ZORVANCOW_API bool cow_FixedArrayRep<cow_String>::operator!=(
-    cow_FixedArrayRep<cow_String> const&) const;
-
-extern template ZORVANCOW_API cow_FixedArray<int>::cow_FixedArray();
-extern template ZORVANCOW_API cow_FixedArray<int>::cow_FixedArray(int, int const&);
-extern template ZORVANCOW_API cow_FixedArray<int>::~cow_FixedArray();
-extern template ZORVANCOW_API bool cow_FixedArray<int>::operator==(cow_FixedArray<int> const&) const;
-extern template ZORVANCOW_API bool cow_FixedArray<int>::operator!=(cow_FixedArray<int> const&) const;
-
-extern template ZORVANCOW_API cow_FixedArray<float>::cow_FixedArray(int, float const&);
-extern template ZORVANCOW_API bool cow_FixedArray<float>::operator==(cow_FixedArray<float> const&) const;
-extern template ZORVANCOW_API bool cow_FixedArray<float>::operator!=(cow_FixedArray<float> const&) const;
-
-extern template ZORVANCOW_API cow_FixedArray<cow_String>::cow_FixedArray(int, cow_String const&);
-extern template ZORVANCOW_API bool cow_FixedArray<cow_String>::operator==(
-    cow_FixedArray<cow_String> const&) const;
-extern template ZORVANCOW_API bool cow_FixedArray<cow_String>::operator!=(
-    cow_FixedArray<cow_String> const&) const;
+#include "zorvancow/shapes/cow_FixedArrayExports.h"
 
 #endif

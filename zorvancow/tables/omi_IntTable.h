@@ -36,7 +36,7 @@
 // a shift, a mask and two indexed reads. Copies are deep: every element block
 // is duplicated, and the elements are copied by their own copy assignment.
 template <class T>
-class omi_BlockedArray {
+class ZORVANCOW_TYPE omi_BlockedArray {
 public:
     // `pointerCount` null entries (0 gives no pointer array; the array then
     // grows in units of 128), element blocks of 1 << `shift` values. A non-zero
@@ -192,7 +192,7 @@ class omi_UintTableIterator;
 // element. A clear bit may sit on a default or a stale value. A table block
 // is a plain mutable object; its copy is deep, bit vector included.
 template <class T>
-class omi_UintTableBlock : public omi_BlockedArray<T> {
+class ZORVANCOW_TYPE omi_UintTableBlock : public omi_BlockedArray<T> {
 public:
     // See omi_BlockedArray: `pointerCount` entries, blocks of 1 << `shift`.
     omi_UintTableBlock(unsigned int pointerCount, unsigned int shift)
@@ -238,7 +238,7 @@ private:
 // removal of the last. A removal leaves the old value in place until the key
 // is stored again or its table block goes. Copies are deep.
 template <class T>
-class omi_UintTable {
+class ZORVANCOW_TYPE omi_UintTable {
 public:
     // The arguments 12, 10, 24: 4096 table blocks of 2^20 keys, element
     // blocks of 1024 values.
@@ -336,7 +336,7 @@ private:
 // through cow_COW<omi_IntTable<T>>, whose first write to a shared table copies
 // both halves with all their blocks.
 template <class T>
-class omi_IntTable {
+class ZORVANCOW_TYPE omi_IntTable {
 public:
     // Both halves with the arguments 12, 10, 24 (see omi_UintTable).
     omi_IntTable();
@@ -412,7 +412,7 @@ private:
 // exists. An iterator must be positioned with First or Last before anything
 // else; CurrentKey and CurrentValue need IsDone() false.
 template <class T>
-class omi_UintTableIterator {
+class ZORVANCOW_TYPE omi_UintTableIterator {
 public:
     // One element in sorted mode.
     struct SortedRecord {
@@ -537,7 +537,7 @@ private:
 // exists. Position with First or Last before anything else; CurrentKey and
 // CurrentValue need IsDone() false. There is no backward step.
 template <class T>
-class omi_IntTableIterator {
+class ZORVANCOW_TYPE omi_IntTableIterator {
 public:
     // Not yet positioned. Allocates nothing.
     explicit omi_IntTableIterator(omi_IntTable<T> const& walked);
@@ -711,48 +711,6 @@ T const& omi_IntTableIterator<T>::CurrentValue() const {
     return remaining != 0 ? negativeWalk.CurrentValue() : nonNegativeWalk.CurrentValue();
 }
 
-// ---- what the library holds compiled (zorvancow/instantiations/tables.cpp) ----
-//
-// Only the members listed here are exported, one by one; the rest of each
-// class is inline, or instantiated hidden where it is used.
-
-#define ZORVANCOW_TABLE_MEMBERS(PREFIX, T)                                                        \
-    PREFIX ZORVANCOW_API omi_UintTableBlock<T>::~omi_UintTableBlock();                            \
-    PREFIX ZORVANCOW_API bool omi_UintTableBlock<T>::Insert(unsigned int, T const&);              \
-    PREFIX ZORVANCOW_API omi_UintTable<T>::~omi_UintTable();                                      \
-    PREFIX ZORVANCOW_API bool omi_UintTable<T>::Insert(unsigned int, T const&);                   \
-    PREFIX ZORVANCOW_API bool omi_UintTable<T>::Remove(unsigned int);                             \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::omi_IntTable();                                         \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::omi_IntTable(unsigned int, unsigned int, unsigned int); \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::omi_IntTable(omi_IntTable<T> const&);                   \
-    PREFIX ZORVANCOW_API omi_IntTable<T>::~omi_IntTable();                                        \
-    PREFIX ZORVANCOW_API omi_UintTableIterator<T>::~omi_UintTableIterator();                      \
-    PREFIX ZORVANCOW_API omi_IntTableIterator<T>::omi_IntTableIterator(omi_IntTable<T> const&);   \
-    PREFIX ZORVANCOW_API omi_IntTableIterator<T>::omi_IntTableIterator(                           \
-        omi_IntTable<T> const&, int (*)(void const*, void const*));                               \
-    PREFIX ZORVANCOW_API void omi_IntTableIterator<T>::First();                                   \
-    PREFIX ZORVANCOW_API void omi_IntTableIterator<T>::Last();                                    \
-    PREFIX ZORVANCOW_API void omi_IntTableIterator<T>::Next();                                    \
-    PREFIX ZORVANCOW_API bool omi_IntTableIterator<T>::IsDone() const;                            \
-    PREFIX ZORVANCOW_API int omi_IntTableIterator<T>::CurrentKey() const;                         \
-    PREFIX ZORVANCOW_API T const& omi_IntTableIterator<T>::CurrentValue() const
-
-// The handle members exported for a table type: both constructors, Get, the
-// base destructor and Delete; for the library's own tables also operator=
-// from a pointer and the copy policy.
-#define ZORVANCOW_TABLE_COW_MEMBERS(PREFIX, Table)                                        \
-    PREFIX ZORVANCOW_API cow_COW<Table>::cow_COW(Table const&);                           \
-    PREFIX ZORVANCOW_API cow_COW<Table>::cow_COW(Table*);                                 \
-    PREFIX ZORVANCOW_API Table& cow_COW<Table>::Get();                                    \
-    PREFIX ZORVANCOW_API cow_CountedHld<Table>::~cow_CountedHld();                        \
-    PREFIX ZORVANCOW_API void cow_CountedHld<Table>::Delete()
-#define ZORVANCOW_TABLE_COW_REPLACE(PREFIX, Table)                                        \
-    PREFIX ZORVANCOW_API cow_CountedHld<Table>& cow_CountedHld<Table>::operator=(Table*); \
-    PREFIX ZORVANCOW_API Table* cow_Direct<Table>::Copy(Table const&)
-
-ZORVANCOW_TABLE_MEMBERS(extern template, cow_String);
-ZORVANCOW_TABLE_COW_MEMBERS(extern template, omi_IntTable<cow_String>);
-ZORVANCOW_TABLE_COW_REPLACE(extern template, omi_IntTable<cow_String>);
-ZORVANCOW_TABLE_COW_MEMBERS(extern template, omi_IntTable<int>);
+#include "zorvancow/tables/omi_IntTableExports.h"
 
 #endif

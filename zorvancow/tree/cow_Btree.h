@@ -64,7 +64,7 @@ class cow_BtreeIterator;
 //
 // The value is laid out before the key.
 template <class K, class V>
-class cow_BtreeNode {
+class ZORVANCOW_TYPE cow_BtreeNode {
 public:
     // The handle type behind every link, and the key and value types.
     using Handle = cow_COW<cow_BtreeNode, cow_Direct<cow_BtreeNode>>;
@@ -164,7 +164,7 @@ private:
 // its search path, also when it finds nothing to do, and leaves all else
 // shared. Lookups (IsMember, ConstGet) read only.
 template <class K, class V>
-class cow_Btree {
+class ZORVANCOW_TYPE cow_Btree {
 public:
     using Node = cow_BtreeNode<K, V>;
     using Handle = typename Node::Handle;
@@ -247,7 +247,7 @@ private:
 // An iterator cannot be copied: a copy would have to duplicate its whole stack,
 // and a fresh iterator with First or Last is as cheap.
 template <class K, class V>
-class cow_BtreeIterator {
+class ZORVANCOW_TYPE cow_BtreeIterator {
 public:
     using Node = cow_BtreeNode<K, V>;
     using Handle = typename Node::Handle;
@@ -311,7 +311,7 @@ private:
 
 // A tree's keys or values as a list, in ascending key order.
 template <class K, class V>
-class cow_BtreeUtils {
+class ZORVANCOW_TYPE cow_BtreeUtils {
 public:
     // All keys, ascending. Each key is copied by its own copy constructor, so
     // string keys share their text with the tree. Walks the tree with an
@@ -636,131 +636,6 @@ cow_List<V> cow_BtreeUtils<K, V>::cow_Values(cow_Btree<K, V> const& tree) {
     return values;
 }
 
-// ---------------------------------------------------------------------------
-// The library's instantiations. For each key/value pair the library holds the
-// members below; the other members (the inline reads, and those named in the
-// comments) are made wherever they are used and are not part of the
-// library's interface. ZORVANCOW_BTREE_MEMBERS(head, K, V) lists the members
-// that every pair has; `head` is `extern template ZORVANCOW_API` here and
-// `template` in zorvancow/instantiations/tree.cpp.
-
-#define ZORVANCOW_BTREE_NODE_T(...) cow_BtreeNode<__VA_ARGS__>
-#define ZORVANCOW_BTREE_HANDLE_T(...) cow_COW<cow_BtreeNode<__VA_ARGS__>, cow_Direct<cow_BtreeNode<__VA_ARGS__>>>
-
-#define ZORVANCOW_BTREE_MEMBERS(head, ...)                                                            \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::cow_BtreeNode(                                          \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&, ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Value const&); \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::cow_BtreeNode(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__) const&); \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::~cow_BtreeNode();                                        \
-    head ZORVANCOW_BTREE_HANDLE_T(__VA_ARGS__)* ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Balance(         \
-        ZORVANCOW_BTREE_HANDLE_T(__VA_ARGS__)*);                                                      \
-    head bool ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::InsertUnlessMember(                                \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&, ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Value const&); \
-    head bool ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Remove(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&, \
-                                                          ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)&);      \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)* ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Find(              \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&);                                             \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__) const* ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::ConstFind(   \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&) const;                                       \
-    head void ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::RemoveNode(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)*,    \
-                                                              ZORVANCOW_BTREE_HANDLE_T(__VA_ARGS__)*); \
-    head ZORVANCOW_BTREE_HANDLE_T(__VA_ARGS__)::cow_COW(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__) const&);  \
-    head ZORVANCOW_BTREE_HANDLE_T(__VA_ARGS__)::cow_COW(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)*);        \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)& ZORVANCOW_BTREE_HANDLE_T(__VA_ARGS__)::Get();           \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)* cow_Direct<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)>::Copy(   \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__) const&);                                                  \
-    head cow_CountedHld<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)>::~cow_CountedHld();                       \
-    head cow_CountedHld<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)>& cow_CountedHld<                         \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)>::operator=(cow_CountedHld<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)> const&); \
-    head cow_CountedHld<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)>& cow_CountedHld<                         \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)>::operator=(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)*);         \
-    head cow_Btree<__VA_ARGS__>::cow_Btree();                                                         \
-    head cow_Btree<__VA_ARGS__>::cow_Btree(cow_Btree<__VA_ARGS__> const&);                            \
-    head cow_Btree<__VA_ARGS__>::~cow_Btree();                                                        \
-    head cow_Btree<__VA_ARGS__> const& cow_Btree<__VA_ARGS__>::operator=(cow_Btree<__VA_ARGS__> const&); \
-    head bool cow_Btree<__VA_ARGS__>::InsertUnlessMember(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&, \
-                                                         ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Value const&); \
-    head bool cow_Btree<__VA_ARGS__>::Remove(ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&);        \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)* cow_Btree<__VA_ARGS__>::Find(                           \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&);                                             \
-    head ZORVANCOW_BTREE_NODE_T(__VA_ARGS__) const* cow_Btree<__VA_ARGS__>::ConstFind(                \
-        ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key const&) const;                                       \
-    head cow_BtreeIterator<__VA_ARGS__>::cow_BtreeIterator(cow_Btree<__VA_ARGS__> const&);            \
-    head cow_BtreeIterator<__VA_ARGS__>::~cow_BtreeIterator()
-
-// The handle's Delete, which all pairs but two hold.
-#define ZORVANCOW_BTREE_DELETE(head, ...) head void cow_CountedHld<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)>::Delete()
-
-// The iterator's steps, which all pairs but one hold.
-#define ZORVANCOW_BTREE_STEPS(head, ...)                                                              \
-    head void cow_BtreeIterator<__VA_ARGS__>::First();                                                \
-    head void cow_BtreeIterator<__VA_ARGS__>::Next();                                                 \
-    head void cow_BtreeIterator<__VA_ARGS__>::Last();                                                 \
-    head void cow_BtreeIterator<__VA_ARGS__>::Previous()
-
-// Everything a pair holds, for the ten pairs that hold all of it.
-#define ZORVANCOW_BTREE_ALL(head, ...)                                                                \
-    ZORVANCOW_BTREE_MEMBERS(head, __VA_ARGS__);                                                       \
-    ZORVANCOW_BTREE_DELETE(head, __VA_ARGS__);                                                        \
-    ZORVANCOW_BTREE_STEPS(head, __VA_ARGS__)
-
-// Utilities, for three pairs.
-#define ZORVANCOW_BTREE_UTILS(head, ...)                                                              \
-    head cow_List<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Key> cow_BtreeUtils<__VA_ARGS__>::cow_Keys(    \
-        cow_Btree<__VA_ARGS__> const&);                                                               \
-    head cow_List<ZORVANCOW_BTREE_NODE_T(__VA_ARGS__)::Value> cow_BtreeUtils<__VA_ARGS__>::cow_Values( \
-        cow_Btree<__VA_ARGS__> const&)
-
-// A list of trees holds the members that need no element order.
-#define ZORVANCOW_LIST_OF_TREES(head)                                                                 \
-    head cow_List<cow_Btree<int, int>>::~cow_List();                                                  \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::Append(cow_Btree<int, int> const&); \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::Append(                        \
-        cow_List<cow_Btree<int, int>> const&);                                                        \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::Prepend(cow_Btree<int, int> const&); \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::InsertAfter(                   \
-        int, cow_Btree<int, int> const&);                                                             \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::RemoveIndex(int);              \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::RemoveFirst();                 \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::RemoveLast();                  \
-    head cow_List<cow_Btree<int, int>>& cow_List<cow_Btree<int, int>>::Clear();                       \
-    head cow_Btree<int, int> const& cow_List<cow_Btree<int, int>>::ConstGet(int) const;              \
-    head cow_Btree<int, int>& cow_List<cow_Btree<int, int>>::Get(int)
-
-#define ZORVANCOW_BTREE_EXTERN extern template ZORVANCOW_API
-
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, int, int);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, int, double);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, int, cow_1DArrayList<int>);
-ZORVANCOW_BTREE_MEMBERS(ZORVANCOW_BTREE_EXTERN, atr_String, cow_List<atr_String>);
-ZORVANCOW_BTREE_STEPS(ZORVANCOW_BTREE_EXTERN, atr_String, cow_List<atr_String>);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, cow_String, int);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, cow_String, unsigned int);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, cow_String, float);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, cow_String, cow_String);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, cow_String, cow_1DArray<cow_String>);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, cow_String, cow_1DArrayList<int>);
-ZORVANCOW_BTREE_MEMBERS(ZORVANCOW_BTREE_EXTERN, cow_String, cow_FixedArray<int>);
-ZORVANCOW_BTREE_ALL(ZORVANCOW_BTREE_EXTERN, cow_String, cow_Btree<int, int>);
-
-// The tree of trees also holds its tree copy, its node's depth update and its
-// iterator's pop.
-extern template ZORVANCOW_API cow_Btree<cow_String, cow_Btree<int, int>>*
-cow_Btree<cow_String, cow_Btree<int, int>>::Copy() const;
-extern template ZORVANCOW_API void cow_BtreeNode<cow_String, cow_Btree<int, int>>::SetMaxDepth();
-extern template ZORVANCOW_API void cow_BtreeIterator<cow_String, cow_Btree<int, int>>::Pop();
-
-ZORVANCOW_BTREE_UTILS(ZORVANCOW_BTREE_EXTERN, cow_String, cow_Btree<int, int>);
-ZORVANCOW_BTREE_UTILS(ZORVANCOW_BTREE_EXTERN, cow_String, unsigned int);
-ZORVANCOW_BTREE_UTILS(ZORVANCOW_BTREE_EXTERN, cow_String, cow_String);
-
-// Blocked arrays and lists of trees: each element a whole tree, copied by
-// sharing.
-extern template class ZORVANCOW_API cow_1DArrayBlock<cow_Btree<int, int>>;
-extern template class ZORVANCOW_API cow_1DArray<cow_Btree<int, int>>;
-extern template class ZORVANCOW_API cow_1DArrayIter<cow_Btree<int, int>>;
-ZORVANCOW_LIST_OF_TREES(ZORVANCOW_BTREE_EXTERN);
-
-#undef ZORVANCOW_BTREE_EXTERN
+#include "zorvancow/tree/cow_BtreeExports.h"
 
 #endif

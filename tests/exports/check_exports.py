@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""Compares the dynamic symbols that libzorvancow.so defines with the manifest.
+
+    check_exports.py --nm NM --library LIB --manifest FILE [--compiler ID]
+
+Runs `NM -DC --defined-only LIB`, keeps the demangled names, drops the few
+symbols that the linker adds to every shared object, and folds the variants
+of each constructor and destructor (they print alike). Prints every member
+that the manifest lists and the library lacks as "missing:", every member the
+library exports beyond the manifest as "extra:", with a count for each, and
+passes only when both counts are 0.
+
+The manifest is written for g++ on x86-64 Linux; under another compiler the
+check is skipped (exit code 77). A sanitizer build exports the same set (the
+sanitizers' runtimes are shared libraries of their own), so it is checked too.
+"""
+import argparse
+import subprocess
+import sys
+
+SKIP = 77
+
+# Symbols that the linker defines in every shared object; they are no member
+# of the library. Anything else that the library exports must be listed.
+LINKER_SYMBOLS = {"_init", "_fini", "__bss_start", "_edata", "_end"}
+
+
+def read_manifest(path):
+    """The manifest's members, in file order, with its format checked."""
+    members, problems = [], []
+    group, previous = None, None
+    for number, raw in enumerate(open(path, encoding="utf-8"), 1):
+        line = raw.rstrip("\n")
+        if not line.strip():
+            continue
+        if line.startswith("#"):
+            group, previous = line, None
+            continue
+        if line != line.strip():
+            problems.append("%s:%d: stray white space around %r" % (path, number, line))
+        if previous is not None and line <= previous:
+            problems.append("%s:%d: not sorted within %s: %r after %r"
+                            % (path, number, group or "the first group", line, previous))
+        members.append(line)
+        previous = line
+    seen = set()
+    for member in members:
+        if member in seen:
+            problems.append("%s: listed twice: %r" % (path, member))
+        seen.add(member)
+    return set(members), problems
+
+
+def read_library(nm, library):
+    """The library's defined dynamic symbols, demangled, variants folded."""
+    result = subprocess.run([nm, "-DC", "--defined-only", library],
+                            capture_output=True, text=True)
+    if result.returncode != 0:
+        sys.stderr.write(result.stderr)
+        raise SystemExit("%s failed on %s" % (nm, library))
+    symbols = set()
+    for line in result.stdout.splitlines():
+        # "<address> <type> <name>"; the name may hold spaces.
+        parts = line.split(None, 2)
+        if len(parts) != 3:
+            continue
+        name = parts[2]
+        if name in LINKER_SYMBOLS:
+            continue
+        symbols.add(name)
+    return symbols
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--nm", required=True)
+    parser.add_argument("--library", required=True)
+    parser.add_argument("--manifest", required=True)
+    parser.add_argument("--compiler", default="GNU")
+    args = parser.parse_args()
+
+    if args.compiler != "GNU":
+        print("skipped: the manifest is spelled for g++ builds; this build uses %s,"
+              " whose exported set differs" % args.compiler)
+        return SKIP
+
+    expected, problems = read_manifest(args.manifest)
+    for problem in problems:
+        print("manifest: " + problem)
+    actual = read_library(args.nm, args.library)
+
+    missing = sorted(expected - actual)
+    extra = sorted(actual - expected)
+    for name in missing:
+        print("missing: " + name)
+    for name in extra:
+        print("extra: " + name)
+    print("missing: %d  extra: %d  (manifest %d members, library %d)"
+          % (len(missing), len(extra), len(expected), len(actual)))
+    return 1 if missing or extra or problems else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
