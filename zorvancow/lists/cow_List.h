@@ -77,7 +77,7 @@ public:
     // Needs a non-empty list.
     cow_List& RemoveLast();
     // Empties the list and resets its array; other holders of the old table
-    // keep it.
+    // keep it. On a shared table this is constant time: no block is visited.
     cow_List& Clear();
     // Element i, read without unsharing (i below the array's size). Creates
     // an absent block, even in a shared table.
