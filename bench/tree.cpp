@@ -74,7 +74,7 @@ void BM_Lookup_Btree(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * kKeys);
 }
-BENCHMARK(BM_Lookup_Btree)->Unit(benchmark::kMillisecond)->MinTime(3.0);
+BENCHMARK(BM_Lookup_Btree)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
 void BM_Lookup_StdMap(benchmark::State& state) {
     std::map<int, int> const& map = FilledMap();
@@ -89,7 +89,7 @@ void BM_Lookup_StdMap(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * kKeys);
 }
-BENCHMARK(BM_Lookup_StdMap)->Unit(benchmark::kMillisecond)->MinTime(3.0);
+BENCHMARK(BM_Lookup_StdMap)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
 // A copy of a 1,000,000-key container, one insertion into the copy, and the
 // copy's release.
@@ -285,7 +285,7 @@ void BM_Lookup_QMap(benchmark::State& state) {
     }
     state.SetItemsProcessed(state.iterations() * kKeys);
 }
-BENCHMARK(BM_Lookup_QMap)->Unit(benchmark::kMillisecond)->MinTime(3.0);
+BENCHMARK(BM_Lookup_QMap)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
 void BM_CopyAndInsert_QMap(benchmark::State& state) {
     QMap<int, int> const& map = FilledQMap();
