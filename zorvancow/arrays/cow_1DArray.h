@@ -108,11 +108,11 @@ public:
     // first. Growing adds the missing slots plus 16 to the table. Grow(0)
     // resets the array to the state of a default one, giving up this array's
     // hold on every block (on a shared table in constant time: the table
-    // stays with the other arrays, and no block count moves). Shrinking (0 < n < size) keeps the table's
-    // capacity and lets go of every block wholly beyond the new end: its
-    // count falls (freeing it at 0) and its slot becomes empty, so a later
-    // growth starts from default elements there. Elements inside the new
-    // extent are untouched. Always returns true.
+    // stays with the other arrays, and no block count moves). Shrinking
+    // (0 < n < size) keeps the table's capacity and lets go of every block
+    // wholly beyond the new end: its count falls (freeing it at 0) and its
+    // slot becomes empty, so a later growth starts from default elements
+    // there. Elements inside the new extent are untouched. Always true.
     bool Grow(int n);
     // Adds one element in front of the first and returns it (a default
     // element). No element moves: when the head reaches position 0, the used
