@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <deque>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -189,5 +190,55 @@ void BM_RandomRead_StdDequeIndex(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_RandomRead_StdDequeIndex)->Unit(benchmark::kMicrosecond);
+
+}  // namespace
+
+// Standard-interface walks: range-for over the array's iterators, and the
+// block-wise walk that hands std::accumulate one contiguous span per block,
+// each beside the same loop over a std::vector.
+namespace {
+
+void BM_RangeFor_Cow1DArray(benchmark::State& state) {
+    cow_1DArray<int> a = MakeArray();
+    for (auto _ : state) {
+        long sum = 0;
+        for (int x : a) sum += x;
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * kSize);
+}
+BENCHMARK(BM_RangeFor_Cow1DArray)->Unit(benchmark::kMicrosecond);
+
+void BM_RangeFor_Vector(benchmark::State& state) {
+    std::vector<int> v = MakeVector();
+    for (auto _ : state) {
+        long sum = 0;
+        for (int x : v) sum += x;
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * kSize);
+}
+BENCHMARK(BM_RangeFor_Vector)->Unit(benchmark::kMicrosecond);
+
+void BM_BlockAccumulate_Cow1DArray(benchmark::State& state) {
+    cow_1DArray<int> a = MakeArray();
+    for (auto _ : state) {
+        long sum = 0;
+        for (cow_Span<int const> run : cow_Blocks(a)) sum = std::accumulate(run.begin(), run.end(), sum);
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * kSize);
+}
+BENCHMARK(BM_BlockAccumulate_Cow1DArray)->Unit(benchmark::kMicrosecond);
+
+void BM_BlockAccumulate_Vector(benchmark::State& state) {
+    std::vector<int> v = MakeVector();
+    for (auto _ : state) {
+        long sum = std::accumulate(v.begin(), v.end(), 0L);
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * kSize);
+}
+BENCHMARK(BM_BlockAccumulate_Vector)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <benchmark/benchmark.h>
 
 #include <map>
+#include <numeric>
 #include <random>
 #include <string>
 #include <vector>
@@ -329,5 +330,33 @@ void BM_StringLookup_QMap(benchmark::State& state) {
 }
 BENCHMARK(BM_StringLookup_QMap)->Unit(benchmark::kMillisecond);
 #endif
+
+}  // namespace
+
+// Standard-interface walk: std::accumulate over the tree's iterators (key
+// order, one entry per step) beside the same over std::map.
+namespace {
+
+void BM_Accumulate_Btree(benchmark::State& state) {
+    cow_Btree<int, int> const& tree = FilledTree();
+    for (auto _ : state) {
+        long sum = std::accumulate(tree.begin(), tree.end(), 0L,
+                                   [](long total, cow_Entry<int, int> entry) { return total + entry.second; });
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * tree.GetCount());
+}
+BENCHMARK(BM_Accumulate_Btree)->Unit(benchmark::kMillisecond);
+
+void BM_Accumulate_StdMap(benchmark::State& state) {
+    std::map<int, int> const& map = FilledMap();
+    for (auto _ : state) {
+        long sum = std::accumulate(map.begin(), map.end(), 0L,
+                                   [](long total, std::pair<int const, int> const& entry) { return total + entry.second; });
+        benchmark::DoNotOptimize(sum);
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(map.size()));
+}
+BENCHMARK(BM_Accumulate_StdMap)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -4,8 +4,14 @@
 // Each section builds a value, copies it, writes through a copy and prints
 // what stayed shared and what was copied, with the counts.
 
+#include <algorithm>
 #include <cstdio>
+#include <iostream>
+#include <numeric>
 #include <set>
+#include <string>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "zorvancow/zorvancow.h"
@@ -255,6 +261,51 @@ void TourTree() {
                 prices.ConstGet(500));
 }
 
+void TourStandard() {
+    Title("like a standard container");
+    // Initializer lists, range-for and standard algorithms, as with std::vector.
+    cow_List<int> scores{40, 10, 30, 20};
+    std::vector<int> sorted(scores.begin(), scores.end());
+    std::sort(sorted.begin(), sorted.end());
+    std::cout << "a list " << scores << ", sorted into a vector: front " << sorted.front() << ", sum "
+              << std::accumulate(scores.begin(), scores.end(), 0) << ", size " << scores.size() << "\n";
+
+    // Copies stay free: the copy shares the storage until one of them writes.
+    cow_List<int> kept = scores;
+    kept.Get(0) = 41;
+    std::cout << "a copy written once: " << kept << ", the original still " << scores
+              << (kept > scores ? " (the copy orders after it)" : "") << "\n";
+
+    // Large arrays walk fastest a block at a time, one contiguous span per block.
+    cow_1DArray<int> big(std::vector<int>(100000, 1));
+    long total = 0;
+    int spans = 0;
+    for (cow_Span<int const> run : cow_Blocks(big)) {
+        total = std::accumulate(run.begin(), run.end(), total);
+        ++spans;
+    }
+    std::cout << "100000 ones summed over " << spans << " block spans: " << total << "\n";
+
+    // Trees walk in key order and bind keys and values by name.
+    cow_Btree<std::string, int> stock{{"pears", 4}, {"apples", 7}, {"figs", 0}};
+    for (auto const& [fruit, count] : stock) std::cout << fruit << "=" << count << " ";
+    std::cout << "(std::string keys, in key order)\n";
+
+    // Maps take any integral or string key; begin() walks a snapshot, so the
+    // loop may write to the map it walks.
+    cow_Map<long, cow_String> names{{1L << 40, cow_String("far")}, {7, cow_String("near")}};
+    for (auto const& [key, name] : names) names.Insert(key + 1, name);
+    std::cout << "a map that grew inside its own loop, sorted: " << names.Sorted() << "\n";
+
+    // Strings meet the standard strings and hash containers.
+    std::unordered_map<cow_String, int> seen;
+    for (char const* word : {"copy", "on", "write", "copy"}) ++seen[cow_String(word)];
+    std::string plain(cow_String("text"));
+    std::cout << "\"copy\" seen " << seen[cow_String("copy")] << " times; back to std::string: " << plain
+              << "; equal to a std::string_view: " << (cow_String("text") == std::string_view(plain) ? "yes" : "no")
+              << "\n";
+}
+
 }  // namespace
 
 int main() {
@@ -270,6 +321,7 @@ int main() {
     TourTables();
     TourMap();
     TourTree();
+    TourStandard();
 
     cow_finalize(started);
     std::printf("\nlibrary stopped (caller's counter %d); heap blocks still live: %ld\n", started,

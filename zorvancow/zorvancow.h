@@ -1,9 +1,11 @@
 #ifndef ZORVANCOW_ZORVANCOW_H
 #define ZORVANCOW_ZORVANCOW_H
 
-// Every family of the library in one include.
+// Every family of the library in one include, and the version.
 
+#include "zorvancow/zorvancow_version.h"
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_HandOver.h"
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/arrays/cow_1DArray.h"

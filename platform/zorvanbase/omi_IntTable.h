@@ -8,6 +8,9 @@
 // one for T = int. Zorvancow only shares such a table through a cow_COW
 // handle: it copies it with cow_Direct (so the protected copy constructor is
 // open to that policy) and destroys it through the virtual destructor. The
+// friend declaration is part of the base library's interface for that
+// reason; nothing else of Zorvancow is named here. The header keeps the
+// class template's name (omi_IntTable.h) as Zorvancow's general one does. The
 // rest here is just enough to fill a table and read it back.
 
 #include <cstdint>
@@ -16,10 +19,10 @@
 #include "zorvan_export.h"
 
 template <class T>
-class omi_IntTable;
+class ZORVAN_TYPE omi_IntTable;
 
 template <class T>
-struct cow_Direct;
+struct ZORVAN_TYPE cow_Direct;
 
 template <>
 class ZORVAN_EXPORT omi_IntTable<int> {

@@ -8,8 +8,8 @@
 // The heap sibling's output stream: a thin writer over a C stream.
 class ZORVAN_EXPORT aio_ostream {
 public:
-    // Writes to `stream`, which the caller keeps open for the life of this object.
-    explicit aio_ostream(std::FILE* stream) : stream(stream) {}
+    // Writes to `target`, which the caller keeps open for the life of this object.
+    explicit aio_ostream(std::FILE* target) : stream(target) {}
 
     // Writes the zero-terminated `text` as it stands and returns this stream.
     aio_ostream& print(char const* text);

@@ -1,11 +1,13 @@
 #include "zorvanmem/mem_Heap.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 
 namespace {
 
-long liveBlocks = 0;
+// Atomic, like the heap it counts: blocks come and go on any thread.
+std::atomic<long> liveBlocks{0};
 long callClock = 0;
 zorvan_LifecycleRecord lifecycle;
 
@@ -19,7 +21,7 @@ zorvan_LifecycleRecord lifecycle;
 extern "C" void* mem_Malloc(std::size_t size) {
     void* block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) OutOfMemory(size);
-    ++liveBlocks;
+    liveBlocks.fetch_add(1, std::memory_order_relaxed);
     return block;
 }
 
@@ -34,7 +36,7 @@ extern "C" void* mem_Realloc(void* block, std::size_t size) {
 
 extern "C" void mem_Free(void* block) {
     if (block == nullptr) return;
-    --liveBlocks;
+    liveBlocks.fetch_sub(1, std::memory_order_relaxed);
     std::free(block);
 }
 
@@ -42,7 +44,7 @@ void mem_initialize(int& caller) { mem_RecordStart(lifecycle, caller); }
 
 void mem_finalize(int& caller) { mem_RecordStop(lifecycle, caller); }
 
-long mem_GetLiveBlocks() { return liveBlocks; }
+long mem_GetLiveBlocks() { return liveBlocks.load(std::memory_order_relaxed); }
 
 zorvan_LifecycleRecord const& mem_GetLifecycle() { return lifecycle; }
 

@@ -1,5 +1,6 @@
 #include "zorvanstr/atr_String.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -10,8 +11,9 @@ char const atr_emptyText[1] = {0};
 
 namespace {
 
-long liveTexts = 0;
-long deleteCalls = 0;
+// Texts are made and freed on any thread; their counters are atomic.
+std::atomic<long> liveTexts{0};
+std::atomic<long> deleteCalls{0};
 int naturalOrder = 0;
 int liveAllocators = 0;
 int madeAllocators = 0;
@@ -64,12 +66,12 @@ atr_StringBase::atr_StringBase(char const* source) {
     char* bytes = reinterpret_cast<char*>(header + 1);
     std::memcpy(bytes, source, length + 1);
     text = bytes;
-    ++liveTexts;
+    liveTexts.fetch_add(1, std::memory_order_relaxed);
 }
 
 void atr_StringBase::Delete() {
-    ++deleteCalls;
-    --liveTexts;
+    deleteCalls.fetch_add(1, std::memory_order_relaxed);
+    liveTexts.fetch_sub(1, std::memory_order_relaxed);
     std::free(header);
 }
 
@@ -100,5 +102,5 @@ extern "C" int strnatcmp(char const* left, char const* right) {
     return order < 0 ? -1 : (order > 0 ? 1 : 0);
 }
 
-long atr_GetLiveTexts() { return liveTexts; }
-long atr_GetDeleteCalls() { return deleteCalls; }
+long atr_GetLiveTexts() { return liveTexts.load(std::memory_order_relaxed); }
+long atr_GetDeleteCalls() { return deleteCalls.load(std::memory_order_relaxed); }

@@ -21,7 +21,7 @@ static_assert(sizeof(typ_Entry) == 16, "a registry row is 16 bytes");
 // must outlive the registry's use of them.
 class ZORVAN_EXPORT typ_ArchCompEntry {
 public:
-    typ_ArchCompEntry(typ_Entry const* rows, unsigned int count) : rows(rows), count(count) {}
+    typ_ArchCompEntry(typ_Entry const* entryRows, unsigned int entryCount) : rows(entryRows), count(entryCount) {}
     typ_Entry const* GetRows() const { return rows; }
     unsigned int GetCount() const { return count; }
 

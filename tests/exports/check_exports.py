@@ -10,8 +10,9 @@ that the manifest lists and the library lacks as "missing:", every member the
 library exports beyond the manifest as "extra:", with a count for each, and
 passes only when both counts are 0.
 
-The manifest is written for g++ on x86-64 Linux; under another compiler the
-check is skipped (exit code 77). A sanitizer build exports the same set (the
+The manifest is written for x86-64 Linux; g++ and clang builds export the
+same set and are both checked. Under another compiler the check is skipped
+(exit code 77). A sanitizer build exports the same set (the
 sanitizers' runtimes are shared libraries of their own), so it is checked too.
 """
 import argparse
@@ -79,9 +80,9 @@ def main():
     parser.add_argument("--compiler", default="GNU")
     args = parser.parse_args()
 
-    if args.compiler != "GNU":
-        print("skipped: the manifest is spelled for g++ builds; this build uses %s,"
-              " whose exported set differs" % args.compiler)
+    if args.compiler not in ("GNU", "Clang"):
+        print("skipped: the manifest is checked for g++ and clang builds; this build uses %s"
+              % args.compiler)
         return SKIP
 
     expected, problems = read_manifest(args.manifest)

@@ -1,21 +1,40 @@
 #include "support/AllocationCounter.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <new>
 
 namespace {
-std::size_t newCalls = 0;
-std::size_t deleteCalls = 0;
+// Atomic: the thread tests allocate on several threads at once.
+std::atomic<std::size_t> newCalls{0};
+std::atomic<std::size_t> deleteCalls{0};
+// Fault injection, armed by one thread at a time (a death test's child).
+std::atomic<std::size_t> failAt{0};  // the allocation number that throws; 0 for none
+std::atomic<std::size_t> pausedCalls{0};
+thread_local int paused = 0;
 }
 
 namespace testing_support {
-std::size_t NewCalls() { return newCalls; }
-std::size_t DeleteCalls() { return deleteCalls; }
+std::size_t NewCalls() { return newCalls.load(std::memory_order_relaxed); }
+std::size_t DeleteCalls() { return deleteCalls.load(std::memory_order_relaxed); }
+void FailAllocation(std::size_t k) { failAt = k == 0 ? 0 : NewCalls() + k; }
+std::size_t FaultCandidates() { return NewCalls() - pausedCalls.load(); }
+FaultPause::FaultPause() { ++paused; }
+FaultPause::~FaultPause() { --paused; }
 }  // namespace testing_support
 
 void* operator new(std::size_t size) {
-    ++newCalls;
+    if (paused != 0) {
+        // Not counted as an allocation of the code under test.
+        ++pausedCalls;
+        if (failAt.load() != 0) ++failAt;
+    } else if (failAt.load() != 0 && newCalls.load() + 1 == failAt.load()) {
+        failAt = 0;
+        newCalls.fetch_add(1, std::memory_order_relaxed);
+        throw std::bad_alloc();
+    }
+    newCalls.fetch_add(1, std::memory_order_relaxed);
     void* block = std::malloc(size == 0 ? 1 : size);
     if (block == nullptr) {
         std::fputs("test operator new: out of memory\n", stderr);
@@ -28,7 +47,7 @@ void* operator new[](std::size_t size) { return operator new(size); }
 
 void operator delete(void* block) noexcept {
     if (block == nullptr) return;
-    ++deleteCalls;
+    deleteCalls.fetch_add(1, std::memory_order_relaxed);
     std::free(block);
 }
 

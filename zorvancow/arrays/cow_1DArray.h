@@ -21,12 +21,16 @@
 // Counts are plain integers, and even a const read may create a block in a
 // shared table: arrays that share storage belong to one thread at a time.
 
+#include <climits>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <initializer_list>
 #include <type_traits>
 #include <utility>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -34,9 +38,11 @@
 
 
 template <class T>
-class cow_1DArray;
+class ZORVANCOW_TYPE cow_1DArray;
 template <class T>
-class cow_1DArrayIter;
+class ZORVANCOW_TYPE cow_1DArrayIter;
+template <class T>
+class cow_BlockIterator;
 
 // One block of a blocked array: a count of the tables that hold it (the
 // inherited cow_Counter, starting at 1) and storage for the elements. A block
@@ -83,8 +89,9 @@ public:
     cow_1DArray();
     // An array of size n with a table and no blocks: allocates a counter and
     // a table of 16 slots, or for n from 256 on enough slots for 8 to 16
-    // blocks plus 16 free ones. The block length is chosen from n (see the
-    // table in the README); no element is created until it is touched.
+    // blocks plus 16 free ones. The block length is chosen from n: blocks of
+    // n/16 to n/8 elements, 16 below 256; no element is created until it is
+    // touched.
     explicit cow_1DArray(int n);
     // Shares the other's table: one increment, no allocation.
     cow_1DArray(cow_1DArray const& other);
@@ -150,6 +157,37 @@ public:
     Block const* GetBlock(int slot) const { return table[slot]; }
     int GetBlockCount(int slot) const { return table[slot] != nullptr ? table[slot]->GetCount() : 0; }
 
+    // Standard interface (arrays/detail/cow_1DArrayStd.h). Iterators read only
+    // and are invalidated by any write to this array. begin(array) and
+    // end(array) are free functions, since the field `end` takes the name.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = cow_BlockIterator<T>;
+    using iterator = cow_BlockIterator<T>;
+    // A sized array holding `values`.
+    cow_1DArray(std::initializer_list<T> values);
+    // A sized array holding the elements of [first, last).
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_1DArray(It first, It last);
+    // A sized array holding the elements of a range (a std::vector, a list, ...).
+    template <class R, class = cow_detail::EnableRange<R, cow_1DArray>>
+    explicit cow_1DArray(R const& range);
+    // Random-access iterators over the elements, head first.
+    cow_BlockIterator<T> cbegin() const { return cow_BlockIterator<T>(*this, 0, GetSize()); }
+    cow_BlockIterator<T> cend() const { return cow_BlockIterator<T>(*this, GetSize(), GetSize()); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(GetSize()); }
+    bool empty() const { return GetSize() <= 0; }
+    // Element i, read as by PartialArrayConstGet; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return PartialArrayConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty array.
+    T const& front() const { return PartialArrayConstGet(0); }
+    T const& back() const { return PartialArrayConstGet(GetSize() - 1); }
+
 private:
     friend class cow_1DArrayIter<T>;
 
@@ -168,6 +206,11 @@ private:
     }
     // Gives up this array's hold on the table, freeing it when last.
     void ReleaseTable();
+    // Before growth to n elements: when the table would have to grow while
+    // at least half of it lies empty in front of the head (a list used as a
+    // queue leaves that behind), moves the used slots to the front instead.
+    // An internal step of Grow.
+    void ReclaimFront(int n);
     // Lowers a block's count, destroying it at 0; true when destroyed.
     static bool ReleaseBlock(Block* block) {
         if (!block->Decrement()) return false;
@@ -359,9 +402,12 @@ void cow_1DArray<T>::CopyArray() {
 
 template <class T>
 inline T& cow_1DArray<T>::Get(int i) {
+    ZORVANCOW_CHECK(i >= 0, "cow_1DArray::Get", "negative index", "index %d, size %d", i, end - head);
     if (i >= end - head) {
         // On a private table whose slots already reach the new end, growing
         // is only a new end; everything else takes the whole of Grow.
+        ZORVANCOW_REQUIRE(i < INT_MAX - head, "cow_1DArray::Get", "the position would pass 2147483647",
+                          "index %d, head %d", i, head);
         int newEnd = head + i + 1;
         if (end != 0 && tableCounter->GetCount() == 1 && ((newEnd - 1) >> shift) < capacity) {
             end = newEnd;
@@ -395,6 +441,8 @@ T& cow_1DArray<T>::FullArrayGet(int p) {
 
 template <class T>
 inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
+    ZORVANCOW_CHECK(i >= 0 && i < end - head && table != nullptr, "cow_1DArray::PartialArrayConstGet",
+                    "index out of range", "index %d, size %d", i, table != nullptr ? end - head : 0);
     int p = head + i;
     int s = p >> shift;
     int o = p - (s << shift);
@@ -410,6 +458,9 @@ inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
 
 template <class T>
 bool cow_1DArray<T>::Grow(int n) {
+    ZORVANCOW_CHECK(n >= 0, "cow_1DArray::Grow", "negative size", "size %d", n);
+    ZORVANCOW_REQUIRE(n <= INT_MAX - head, "cow_1DArray::Grow", "the end position would pass 2147483647",
+                      "size %d, head %d", n, head);
     if (n == 0 && tableCounter->GetCount() != 1) {
         // Resetting a shared array. The full route below would copy the
         // table, raise the count of every block in use, and then lower each
@@ -428,6 +479,7 @@ bool cow_1DArray<T>::Grow(int n) {
         return true;
     }
     CopyArray();
+    if (n > 0) ReclaimFront(n);
     int oldBlockEnd = BlockEnd();
     int newCapacity = capacity;
     if (n != 0) {
@@ -465,6 +517,25 @@ bool cow_1DArray<T>::Grow(int n) {
 }
 
 template <class T>
+void cow_1DArray<T>::ReclaimFront(int n) {
+    int const start = BlockStart();
+    if (end == 0 || start <= 0 || 2 * start < capacity) return;
+    std::int64_t const newEnd = static_cast<std::int64_t>(head) + n;
+    if (((newEnd + (std::int64_t{1} << shift) - 1) >> shift) <= capacity) return;
+    // Every slot in front of the head is empty (the head released each block
+    // it left), so whole blocks move by their pointers: each element keeps
+    // its offset in its block, and head and end fall by the same multiple of
+    // the block length. The array's value does not change.
+    int const stop = BlockEnd();
+    int const used = stop - start;
+    std::memmove(static_cast<void*>(table), static_cast<void const*>(table + start),
+                 sizeof(Block*) * static_cast<std::size_t>(used));
+    for (int s = used > start ? used : start; s < stop; ++s) table[s] = nullptr;
+    head -= start << shift;
+    end -= start << shift;
+}
+
+template <class T>
 T& cow_1DArray<T>::GetHead() {
     if (head != 0) {
         --head;
@@ -475,8 +546,13 @@ T& cow_1DArray<T>::GetHead() {
     }
     int b = BlockEnd();
     if (b == capacity) {
-        Grow((b << shift) + 1);
+        std::int64_t const grown = (static_cast<std::int64_t>(b) << shift) + 1;
+        ZORVANCOW_REQUIRE(grown <= INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
+                          "blocks %d, shift %d", b, shift);
+        Grow(static_cast<int>(grown));
     } else {
+        ZORVANCOW_REQUIRE(end < INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
+                          "end %d", end);
         CopyArray();
         ++end;
     }
@@ -486,6 +562,14 @@ T& cow_1DArray<T>::GetHead() {
     // This move is the cost of front growth: b pointers every time the head
     // reaches position 0.
     int gap = capacity - b;
+    // Positions are ints: a large sized array (blocks of 2^27 elements and
+    // more) cannot put all its free slots in front, since the end would pass
+    // 2147483647. It then uses as many as the positions allow and leaves
+    // the rest at the back.
+    std::int64_t const room = (static_cast<std::int64_t>(INT_MAX) - end + 1) >> shift;
+    if (gap > room) gap = static_cast<int>(room);
+    ZORVANCOW_REQUIRE(gap > 0, "cow_1DArray::GetHead", "no position left in front of the head",
+                      "end %d, shift %d", end, shift);
     if (b > 0) {
         std::memmove(static_cast<void*>(table + gap), static_cast<void const*>(table),
                      sizeof(Block*) * static_cast<std::size_t>(b));
@@ -498,6 +582,9 @@ T& cow_1DArray<T>::GetHead() {
 
 template <class T>
 inline void cow_1DArray<T>::RemoveHead() {
+    ZORVANCOW_CHECK(head < end && tableCounter->GetCount() == 1, "cow_1DArray::RemoveHead",
+                    "needs a non-empty array on a private table", "size %d, table shared by %d", end - head,
+                    tableCounter->GetCount());
     int s = head >> shift;
     ++head;
     if ((head >> shift) > s && table[s] != nullptr) {
@@ -508,6 +595,9 @@ inline void cow_1DArray<T>::RemoveHead() {
 
 template <class T>
 void cow_1DArray<T>::SetFromArray(T const* src, int n) {
+    ZORVANCOW_CHECK(n >= 0 && (head & ((1 << shift) - 1)) == 0, "cow_1DArray::SetFromArray",
+                    "needs a count of 0 or more and a head on a block boundary", "count %d, head %d, block length %d",
+                    n, head, 1 << shift);
     int run = 1 << shift;
     for (int i = 0; i < n; i += run) {
         if (run > n - i) run = n - i;
@@ -553,5 +643,7 @@ inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
 }
 
 #include "zorvancow/arrays/cow_1DArrayExports.h"
+
+#include "zorvancow/arrays/detail/cow_1DArrayStd.h"
 
 #endif

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <cstddef>
 
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Export.h"
 
 // A reference count. A new counter starts at 1. Its storage comes from the
@@ -157,7 +158,7 @@ void cow_CountedHld<T>::Delete() {
 
 template <class T>
 T* cow_Direct<T>::Copy(T const& source) {
-    return new T(source);
+    return cow_Allocate([&source] { return new T(source); });
 }
 
 template <class T, class Cp>

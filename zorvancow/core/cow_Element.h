@@ -2,42 +2,135 @@
 #define ZORVANCOW_CORE_COW_ELEMENT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <limits>
+#include <memory>
+#include <string>
 #include <type_traits>
 #include <utility>
 
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_String.h"
 
-// How the containers treat one element type: how a run of elements is made
-// and copied, what its zero value is and when two elements are equal. Every
-// block, array, list and fixed shape goes through this one place, so a new element type
-// needs no new container code as long as it has a default constructor (its
-// zero value) and an assignment (its copy).
+// The element and key rules: how the containers make, copy, move, zero,
+// compare and order one element type, and how the tree and the map order,
+// compare and cut keys. Every family goes through this one place, so a new
+// element type needs no container code of its own.
+//
+//   cow_Element<T>          make, copy, zero and equality of elements
+//   cow_ElementBytewise<T>  whether elements may move as plain bytes (sort)
+//   cow_ElementOrder<T>     the order of cow_List<T>::Sort
+//   cow_KeyOrder<K>         the key order of cow_Btree<K, V>
+//   cow_KeyBits<K>          key equality, sorted-walk order and digits of cow_Map<K, V>
+//
+// Each is a class template that a user may specialise for a type of their
+// own. A type that none of the built-in rules covers fails to compile with a
+// message naming the trait to specialise; it never compiles into a crash.
+
+template <class T>
+class cow_1DArray;
+template <class T>
+class cow_1DArrayList;
+template <class T>
+class cow_List;
+template <class T>
+class cow_FixedArray;
+template <class K, class V>
+class cow_Btree;
+template <class K, class V>
+class cow_Map;
+
+namespace cow_detail {
+template <class T>
+struct AlwaysFalse : std::false_type {};
+
+template <class T, class = void>
+struct HasLess : std::false_type {};
+template <class T>
+struct HasLess<T, decltype(void(std::declval<T const&>() < std::declval<T const&>()))> : std::true_type {};
+
+template <class T, class = void>
+struct HasEqual : std::false_type {};
+template <class T>
+struct HasEqual<T, decltype(void(std::declval<T const&>() == std::declval<T const&>()))> : std::true_type {};
+
+template <class T, class = void>
+struct HasIsEqual : std::false_type {};
+template <class T>
+struct HasIsEqual<T, decltype(void(std::declval<T const&>().IsEqual(std::declval<T const&>())))>
+    : std::true_type {};
+
+template <class T>
+constexpr bool IsString = std::is_base_of<atr_StringBase, T>::value;
+
+// The digit of a text at `depth`: the lowest bit of one byte, read from both
+// ends inward (first byte, last byte, second, second to last, ...). Depth n,
+// for n bytes, reads the middle byte again; deeper digits are 0, and an empty
+// text reads its terminator at depth 0.
+inline int TextBit(char const* text, std::int64_t length, int depth) {
+    if (depth > length) return 0;
+    auto const* bytes = reinterpret_cast<unsigned char const*>(text);
+    std::int64_t const index = depth % 2 == 0 ? depth / 2 : length - 1 - (depth - 1) / 2;
+    return bytes[index] & 1;
+}
+}  // namespace cow_detail
+
+// Whether elements of T may be moved as plain bytes, as the list sort does:
+// true for trivially copyable types and for the library's own counted values,
+// whose few words hold pointers to counted storage that a move leaves as it
+// is. Other types are moved with their own operations, with the same result.
+// Specialise it to std::true_type only for a type that holds no pointer into
+// itself and keeps no outside record of its address.
+template <class T>
+struct cow_ElementBytewise
+    : std::integral_constant<bool, std::is_trivially_copyable<T>::value || cow_detail::IsString<T>> {};
+template <class T>
+struct cow_ElementBytewise<cow_1DArray<T>> : std::true_type {};
+template <class T>
+struct cow_ElementBytewise<cow_1DArrayList<T>> : std::true_type {};
+template <class T>
+struct cow_ElementBytewise<cow_List<T>> : std::true_type {};
+template <class T>
+struct cow_ElementBytewise<cow_FixedArray<T>> : std::true_type {};
+template <class K, class V>
+struct cow_ElementBytewise<cow_Map<K, V>> : std::true_type {};
+template <class K, class V>
+struct cow_ElementBytewise<cow_Btree<K, V>> : cow_ElementBytewise<V> {};
+
+// Making, copying, zeroing and comparing elements.
 //
 // - Plain numbers and bool: storage is zero-filled bytes and runs copy by
 //   bytes. Equality is the type's own ==, so for float and double a NaN
 //   equals nothing, itself included, and -0.0 equals +0.0.
 // - Strings: default elements have no header; a copy shares the text.
 //   Equality is byte equality, never the natural order.
-// - Containers (nested lists, trees, fixed arrays): default elements are
-//   empty containers; a copy raises counts one level down. Equality is the
-//   element's IsEqual where it has one, else its ==.
+// - Containers (nested lists, trees, fixed arrays) and user types: default
+//   elements are default-constructed; a copy is the element's assignment
+//   (for containers, counts rise one level down). Equality is the element's
+//   IsEqual where it has one, else its ==.
 template <class T>
 struct cow_Element {
-    // True for the element types that live as plain bytes.
-    static constexpr bool plain = std::is_trivially_copyable<T>::value;
+    static_assert(std::is_default_constructible<T>::value,
+                  "cow_Element<T>: an element type needs a default constructor, which makes its zero value");
+    static_assert(std::is_copy_assignable<T>::value,
+                  "cow_Element<T>: an element type needs a copy assignment, which is how the containers copy it");
+
+    // True for the element types that live as plain bytes: zero bytes are
+    // their zero value and a byte copy is their copy.
+    static constexpr bool plain = std::is_trivial<T>::value;
 
     // Storage for n elements from array new: zero bytes for plain types,
     // default-constructed elements otherwise.
     static T* NewRun(int n) {
-        T* run = new T[static_cast<std::size_t>(n)];
+        T* run = cow_Allocate([n] { return new T[static_cast<std::size_t>(n)]; });
         if constexpr (plain) std::memset(static_cast<void*>(run), 0, sizeof(T) * static_cast<std::size_t>(n));
         return run;
     }
 
     // Copies n elements from src to dst, which already hold live elements.
     static void CopyRun(T* dst, T const* src, int n) {
-        if constexpr (plain) {
+        if constexpr (std::is_trivially_copyable<T>::value) {
             if (n > 0) std::memcpy(static_cast<void*>(dst), static_cast<void const*>(src), sizeof(T) * static_cast<std::size_t>(n));
         } else {
             for (int i = 0; i < n; ++i) dst[i] = src[i];
@@ -47,23 +140,170 @@ struct cow_Element {
     // Writes the zero value over a slot, dropping what it referred to.
     static void Clear(T& slot) { slot = T(); }
 
-    // Element equality of the searches and comparisons of the lists.
+    // Element equality of the searches and comparisons of the lists and shapes.
     static bool Equal(T const& a, T const& b) {
-        if constexpr (std::is_base_of<atr_StringBase, T>::value) {
+        if constexpr (cow_detail::IsString<T>) {
             return cow_StringByteCompare(a, b) == 0;
-        } else if constexpr (HasIsEqual<T>::value) {
+        } else if constexpr (cow_detail::HasIsEqual<T>::value) {
             return a.IsEqual(b);
-        } else {
+        } else if constexpr (cow_detail::HasEqual<T>::value) {
             return a == b;
+        } else {
+            static_assert(cow_detail::AlwaysFalse<T>::value,
+                          "cow_Element<T>::Equal: the element type has neither IsEqual nor ==; give it an operator==");
+            return false;
+        }
+    }
+
+    // Sorts n elements in place by `compare` (negative, 0 or positive, as
+    // for qsort), stable, without moving an element as bytes: runs of 16 by
+    // insertion, then merges of neighbouring runs through a scratch buffer.
+    // Every step only picks which of two elements goes first, so the outcome
+    // is a permutation of the input whatever `compare` says.
+    template <class Compare>
+    static void SortRun(T* data, int n, Compare compare) {
+        int const run = 16;
+        for (int lo = 0; lo < n; lo += run) {
+            int const hi = lo + run < n ? lo + run : n;
+            for (int i = lo + 1; i < hi; ++i) {
+                int j = i;
+                T hold = std::move(data[i]);
+                while (j > lo && compare(hold, data[j - 1]) < 0) {
+                    data[j] = std::move(data[j - 1]);
+                    --j;
+                }
+                data[j] = std::move(hold);
+            }
+        }
+        if (n <= run) return;
+        std::unique_ptr<T[]> scratch(new T[static_cast<std::size_t>(n)]);
+        T* from = data;
+        T* to = scratch.get();
+        for (int size = run; size < n; size *= 2) {
+            for (int lo = 0; lo < n; lo += 2 * size) {
+                int const mid = lo + size < n ? lo + size : n;
+                int const hi = lo + 2 * size < n ? lo + 2 * size : n;
+                int i = lo, j = mid, k = lo;
+                while (i < mid && j < hi) to[k++] = compare(from[j], from[i]) < 0 ? std::move(from[j++]) : std::move(from[i++]);
+                while (i < mid) to[k++] = std::move(from[i++]);
+                while (j < hi) to[k++] = std::move(from[j++]);
+            }
+            std::swap(from, to);
+        }
+        if (from != data) std::move(from, from + n, data);
+    }
+};
+
+// The order of cow_List<T>::Sort: negative, 0 or positive as `a` sorts
+// before, with or after `b`.
+// - cow_String: natural order while atr_getNaturalOrder() is on, bytes otherwise;
+// - atr_String: unsigned bytes, always;
+// - bool: the two bytes as unsigned numbers, so false sorts first;
+// - numbers and other types with < and ==: -1 if a < b, 0 if a == b, else 1
+//   (a pair with a NaN gives 1 both ways; -0.0 and +0.0 give 0).
+template <class T>
+struct cow_ElementOrder {
+    static int Compare(T const& a, T const& b) {
+        if constexpr (std::is_same<T, cow_String>::value) {
+            return cow_StringOrderCompare(a, b);
+        } else if constexpr (cow_detail::IsString<T>) {
+            return cow_StringByteCompare(a, b);
+        } else if constexpr (std::is_same<T, bool>::value) {
+            unsigned char x, y;
+            std::memcpy(&x, &a, 1);
+            std::memcpy(&y, &b, 1);
+            return x < y ? -1 : x == y ? 0 : 1;
+        } else if constexpr (cow_detail::HasLess<T>::value && cow_detail::HasEqual<T>::value) {
+            return a < b ? -1 : a == b ? 0 : 1;
+        } else {
+            static_assert(cow_detail::AlwaysFalse<T>::value,
+                          "cow_ElementOrder<T>: no order for this element type; give it < and ==, or specialise "
+                          "cow_ElementOrder<T> with static int Compare(T const&, T const&)");
+            return 0;
+        }
+    }
+};
+
+// The key order of cow_Btree<K, V>: negative when `searched` orders before
+// `nodeKey`, zero on a match, positive after. Only the sign is used.
+// - int: the sign of the 32-bit difference with two's-complement wrap, so
+//   the order is total only over keys less than 2^31 apart (nothing checks);
+// - every other integral type: plain numeric order;
+// - cow_String: cow_StringOrderCompare (natural order while the switch is on);
+// - atr_String: unsigned bytes; std::string: its own compare (unsigned bytes).
+template <class K>
+struct cow_KeyOrder {
+    static std::int32_t Compare(K const& searched, K const& nodeKey) {
+        if constexpr (std::is_same<K, int>::value) {
+            return static_cast<std::int32_t>(static_cast<std::uint32_t>(searched) -
+                                             static_cast<std::uint32_t>(nodeKey));
+        } else if constexpr (std::is_integral<K>::value) {
+            return searched < nodeKey ? -1 : nodeKey < searched ? 1 : 0;
+        } else if constexpr (std::is_same<K, cow_String>::value) {
+            return cow_StringOrderCompare(searched, nodeKey);
+        } else if constexpr (cow_detail::IsString<K>) {
+            return cow_StringByteCompare(searched, nodeKey);
+        } else if constexpr (std::is_same<K, std::string>::value) {
+            int const c = searched.compare(nodeKey);
+            return c < 0 ? -1 : c > 0 ? 1 : 0;
+        } else {
+            static_assert(cow_detail::AlwaysFalse<K>::value,
+                          "cow_KeyOrder<K>: no tree key order for this key type; specialise cow_KeyOrder<K> with "
+                          "static std::int32_t Compare(K const& searched, K const& nodeKey)");
+            return 0;
+        }
+    }
+};
+
+// Keys of cow_Map<K, V>: equality (the map never orders keys), the order of
+// the sorted walk, and the digit that picks the branch at each depth.
+// - integral types: equality and order of the value (signed types signed);
+//   the digit at depth d is bit d of the value, least significant first;
+// - cow_String, atr_String, std::string: byte equality and unsigned byte
+//   order, whatever the natural-order switch says; the digit is the lowest
+//   bit of one byte, read from both ends of the text inward.
+template <class K>
+struct cow_KeyBits {
+    static bool Equal(K const& left, K const& right) {
+        if constexpr (cow_detail::IsString<K>) {
+            return cow_StringByteCompare(left, right) == 0;
+        } else {
+            Check();
+            return left == right;
+        }
+    }
+    static bool Less(K const& left, K const& right) {
+        if constexpr (cow_detail::IsString<K>) {
+            return cow_StringByteCompare(left, right) < 0;
+        } else {
+            Check();
+            return left < right;
+        }
+    }
+    static int Bit(K const& key, int depth) {
+        if constexpr (std::is_integral<K>::value) {
+            using Bits = std::make_unsigned_t<K>;
+            if (depth >= std::numeric_limits<Bits>::digits) return 0;
+            return static_cast<int>((static_cast<Bits>(key) >> depth) & 1u);
+        } else if constexpr (cow_detail::IsString<K>) {
+            return cow_detail::TextBit(key.GetCString(), key.GetLength(), depth);
+        } else if constexpr (std::is_same<K, std::string>::value) {
+            return cow_detail::TextBit(key.c_str(), static_cast<std::int64_t>(key.size()), depth);
+        } else {
+            Check();
+            return 0;
         }
     }
 
 private:
-    template <class U, class = void>
-    struct HasIsEqual : std::false_type {};
-    template <class U>
-    struct HasIsEqual<U, decltype(void(std::declval<U const&>().IsEqual(std::declval<U const&>())))>
-        : std::true_type {};
+    static void Check() {
+        static_assert(std::is_integral<K>::value || std::is_same<K, std::string>::value,
+                      "cow_KeyBits<K>: no map key rules for this key type; specialise cow_KeyBits<K> with static "
+                      "Equal, Less and int Bit(K const&, int depth)");
+    }
 };
+
+// Operators, std::hash and printing for strings and sequences.
+#include "zorvancow/core/cow_Std.h"
 
 #endif

@@ -1,4 +1,5 @@
 #include "zorvancow/core/cow_Lifecycle.h"
+#include "zorvancow/core/cow_Check.h"
 
 #include "zorvanbase/omni_Lifecycle.h"
 #include "zorvanmem/mem_Heap.h"
@@ -33,7 +34,7 @@ void cow_initialize(int& caller) {
     typ_initialize(caller);
     omni_initialize(caller);
     atr_initialize(caller);
-    allocator = new atr_Allocator(4, 0, 0);
+    allocator = cow_Allocate([] { return new atr_Allocator(4, 0, 0); });
     typ_ArchCompTable::InsertEntry(archCompKey, typ_ArchCompEntry(archCompRows, archCompRowCount));
 }
 

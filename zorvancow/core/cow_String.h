@@ -14,16 +14,31 @@
 //   cow_StringOrderCompare - the order of cow_String tree keys and of sorted
 //       lists of cow_String: natural order while atr_getNaturalOrder() is on.
 
+#include <string>
+#include <string_view>
+
 #include "zorvancow/core/cow_Export.h"
 #include "zorvanmem/aio_ostream.h"
 #include "zorvanstr/atr_String.h"
 
-class cow_String : public atr_StringBase {
+class ZORVANCOW_TYPE cow_String : public atr_StringBase {
 public:
     // The empty value: no header, nothing allocated.
     cow_String() = default;
     // A value with its own copy of `source`; the caller may free `source` at once.
     explicit cow_String(char const* source) : atr_StringBase(source) {}
+
+    // Standard interface (core/cow_Std.h has the operators and std::hash):
+    // A value with its own copy of `source`, up to its first zero byte.
+    explicit cow_String(std::string_view source) : atr_StringBase(std::string(source).c_str()) {}
+    // The text as a view, valid while this value or a copy sharing its text lives.
+    operator std::string_view() const { return std::string_view(GetCString(), static_cast<std::size_t>(GetLength())); }
+    // A std::string copy of the text.
+    explicit operator std::string() const { return std::string(GetCString(), static_cast<std::size_t>(GetLength())); }
+    // The text, its length, and whether it is empty.
+    char const* c_str() const { return GetCString(); }
+    std::size_t size() const { return static_cast<std::size_t>(GetLength()); }
+    bool empty() const { return GetLength() == 0; }
 };
 
 // Unsigned byte-wise order: -1, 0 or +1. A prefix sorts first (its terminator
@@ -47,5 +62,8 @@ inline int cow_StringOrderCompare(atr_StringBase const& left, atr_StringBase con
 
 // Prints the text (the empty text for a default value) and nothing else.
 ZORVANCOW_API aio_ostream& operator<<(aio_ostream& stream, cow_String const& value);
+
+// The element rules and the standard interface (operators, std::hash) come with the string.
+#include "zorvancow/core/cow_Element.h"
 
 #endif

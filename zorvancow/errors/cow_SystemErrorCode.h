@@ -28,9 +28,9 @@ public:
     // The code that says the value holds a C error number instead.
     static constexpr std::uint32_t ErrorNumberMarker = 0xFFFFFFFFu;
 
-    // A system error code; `errorNumber` is read only when `code` is the marker.
-    explicit cow_SystemErrorCode(std::uint32_t code, std::int32_t errorNumber = 0)
-        : code(code), errorNumber(errorNumber) {}
+    // A system error code; `cErrorNumber` is read only when `systemCode` is the marker.
+    explicit cow_SystemErrorCode(std::uint32_t systemCode, std::int32_t cErrorNumber = 0)
+        : code(systemCode), errorNumber(cErrorNumber) {}
     // A C error number, as errno gives it.
     static cow_SystemErrorCode FromErrorNumber(std::int32_t errorNumber) {
         return cow_SystemErrorCode(ErrorNumberMarker, errorNumber);

@@ -15,7 +15,7 @@
 // an empty container). Only ClearAll gives that storage back.
 //
 // Element copy, equality and zero value come from cow_Element (see
-// cow_1DArray.h): plain numbers compare with == (a NaN equals nothing, -0.0
+// core/cow_Element.h): plain numbers compare with == (a NaN equals nothing, -0.0
 // equals +0.0), strings by bytes, nested lists by IsEqual.
 //
 // No index is checked, and counts are plain integers: even a search copies
@@ -25,77 +25,18 @@
 // a caller compiles in the array's common case and the block-wise search.
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Export.h"
-
-// The algorithms both list classes share: moving elements to open or close
-// a gap, searching by walking block by block, and element-wise equality.
-// Each takes the array and the element count of the list that calls it.
-template <class T>
-struct cow_ListAlgorithms {
-    // Moves the elements from `from` up to count - 1 one place up, from the
-    // top down, so that slot `from` can take a new element. Both slots of
-    // each move go through Get, so every block passed becomes private.
-    static void OpenGap(cow_1DArray<T>& array, int count, int from) {
-        for (int n = count; n > from; --n) {
-            T const& source = array.Get(n - 1);
-            array.Get(n) = source;
-        }
-    }
-
-    // Removes element `at` of a list whose count has already been lowered
-    // to `count`: moves the elements above it one place down and writes the
-    // zero value into the slot that falls free. With `at` at or beyond the
-    // count nothing moves and the last element is the one removed.
-    static void CloseGap(cow_1DArray<T>& array, int count, int at) {
-        for (int i = at; i < count; ++i) {
-            T const& source = array.Get(i + 1);
-            array.Get(i) = source;
-        }
-        cow_Element<T>::Clear(array.Get(count));
-    }
-
-    // Index of the first element equal to `value`, or -1. Walks a snapshot
-    // of the array one block at a time, comparing inside a block without
-    // going back to the table.
-    static int Find(cow_1DArray<T> const& array, int count, T const& value) {
-        cow_1DArrayIter<T> it(array);
-        int const start = it.GetPosition();
-        int const stop = start + count;
-        while (it.GetPosition() < stop) {
-            T const* data = it.GetBlockData();
-            if (data == nullptr) return -1;  // a hole: nothing below the count was ever there
-            int const offset = it.GetOffset();
-            int const position = it.GetPosition();
-            int run = it.GetBlockLength() - offset;
-            if (run > stop - position) run = stop - position;
-            T const* first = data + offset;
-            T const* found = std::find_if(first, first + run, [&value](T const& element) {
-                return cow_Element<T>::Equal(element, value);
-            });
-            if (found != first + run) return position + static_cast<int>(found - first) - start;
-            it.NextBlock();
-        }
-        return -1;
-    }
-
-    // Element-wise equality of two lists of `count` elements each. Elements
-    // at one address (a block both arrays share) count as equal unread, so a
-    // NaN in a shared block equals itself. Creates absent blocks.
-    static bool Equal(cow_1DArray<T> const& left, cow_1DArray<T> const& right, int count) {
-        for (int i = 0; i < count; ++i) {
-            T const& a = left.PartialArrayConstGet(i);
-            T const& b = right.PartialArrayConstGet(i);
-            if (&a != &b && !cow_Element<T>::Equal(a, b)) return false;
-        }
-        return true;
-    }
-};
+#include "zorvancow/lists/detail/cow_ListAlgorithms.h"
+#include "zorvancow/lists/detail/cow_ListWalk.h"
 
 template <class T>
-class cow_1DArrayListIter;
+class ZORVANCOW_TYPE cow_1DArrayListIter;
 
 // A growable sequence with its own count on a blocked array whose head stays
 // at 0. Also a value type of trees and maps, and an element of lists.
@@ -169,12 +110,51 @@ public:
     // Number of elements.
     int GetCount() const { return count; }
     // Element i, read without unsharing (i below the array's size).
-    T const& ConstGet(int i) const { return array.PartialArrayConstGet(i); }
+    T const& ConstGet(int i) const {
+        ZORVANCOW_CHECK(i >= 0 && i < array.GetSize(), "cow_1DArrayList::ConstGet", "index out of range",
+                        "index %d, count %d, array size %d", i, count, array.GetSize());
+        return array.PartialArrayConstGet(i);
+    }
     // Write access to element i: unshares its block and the table, grows the
     // array past its end; the count does not change.
-    T& Get(int i) { return array.Get(i); }
+    T& Get(int i) {
+        ZORVANCOW_CHECK(i >= 0, "cow_1DArrayList::Get", "negative index", "index %d, count %d", i, count);
+        return array.Get(i);
+    }
     // Inspection: the storage, to see what is shared.
     cow_1DArray<T> const& GetArray() const { return array; }
+
+    // Standard interface (lists/detail/cow_1DArrayListStd.h). Iterators read only and
+    // are invalidated by any write to this list.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = cow_BlockIterator<T>;
+    using iterator = cow_BlockIterator<T>;
+    // A list of `values`, appended in order.
+    cow_1DArrayList(std::initializer_list<T> values);
+    // A list of the elements of [first, last), appended in order.
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_1DArrayList(It first, It last);
+    // A list of the elements of a range (a std::vector, another container).
+    template <class R, class = cow_detail::EnableRange<R, cow_1DArrayList>>
+    explicit cow_1DArrayList(R const& range);
+    // Random-access iterators over the elements, first to last.
+    cow_BlockIterator<T> begin() const;
+    cow_BlockIterator<T> end() const;
+    cow_BlockIterator<T> cbegin() const { return begin(); }
+    cow_BlockIterator<T> cend() const { return end(); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Element i, read as by ConstGet; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return ConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty list.
+    T const& front() const { return ConstGet(0); }
+    T const& back() const { return ConstGet(count - 1); }
 
 private:
     friend class cow_1DArrayListIter<T>;
@@ -182,35 +162,6 @@ private:
 
     int count;
     cow_1DArray<T> array;
-};
-
-// The walk that both list iterators share: a snapshot walk of the list's
-// array (cow_1DArrayIter) that ends at a position fixed when the iterator was
-// made, the list's end at that moment. `Iter` is the concrete iterator, so
-// that First and Next chain on it.
-template <class T, class Iter>
-class cow_ListWalk : public cow_1DArrayIter<T> {
-public:
-    // Back to the first element.
-    Iter& First() {
-        cow_1DArrayIter<T>::First();
-        return static_cast<Iter&>(*this);
-    }
-    // On to the next element.
-    Iter& Next() {
-        this->Advance();
-        return static_cast<Iter&>(*this);
-    }
-    // True once every element has been visited.
-    bool IsDone() const { return this->position >= end; }
-    // The current element (not after IsDone).
-    T const& Current() const { return this->ConstGet(); }
-
-protected:
-    cow_ListWalk(cow_1DArray<T> const& array, int end) : cow_1DArrayIter<T>(array), end(end) {}
-
-private:
-    int end;
 };
 
 // Walks an array list as it was when the iterator was made: it holds its own
@@ -242,6 +193,7 @@ inline void cow_1DArrayList<T>::Append(T const& value) {
 
 template <class T>
 void cow_1DArrayList<T>::Append(cow_1DArrayList const& other) {
+    ZORVANCOW_CHECK(&other != this, "cow_1DArrayList::Append", "a list appended to itself", "count %d", count);
     if (other.count > count) array.Grow(other.count);
     for (int i = 0; i < other.count; ++i) {
         T const& value = other.array.PartialArrayConstGet(i);
@@ -253,6 +205,8 @@ void cow_1DArrayList<T>::Append(cow_1DArrayList const& other) {
 
 template <class T>
 bool cow_1DArrayList<T>::Insert(int index, T const& value) {
+    ZORVANCOW_CHECK(index >= 0 && index <= count, "cow_1DArrayList::Insert", "index out of range",
+                    "index %d, count %d", index, count);
     if (index == count) {
         Append(value);
         return true;
@@ -265,6 +219,8 @@ bool cow_1DArrayList<T>::Insert(int index, T const& value) {
 
 template <class T>
 bool cow_1DArrayList<T>::Remove(int index) {
+    ZORVANCOW_CHECK(count > 0 && index >= 0, "cow_1DArrayList::Remove",
+                    "needs a non-empty list and an index of 0 or more", "index %d, count %d", index, count);
     --count;
     Algorithms::CloseGap(array, count, index);
     return true;
@@ -272,6 +228,7 @@ bool cow_1DArrayList<T>::Remove(int index) {
 
 template <class T>
 T cow_1DArrayList<T>::Pop() {
+    ZORVANCOW_CHECK(count > 0, "cow_1DArrayList::Pop", "the list is empty", "count %d", count);
     T last = array.Get(count - 1);
     Remove(count - 1);
     return last;
@@ -327,6 +284,8 @@ cow_1DArrayList<T> cow_1DArrayList<T>::Slice(int start, int stop) {
 
 template <class T>
 void cow_1DArrayList<T>::Slice(int start, int stop, cow_1DArrayList& out) const {
+    ZORVANCOW_CHECK(start >= 0 || start >= stop || start >= count, "cow_1DArrayList::Slice", "negative start",
+                    "start %d, stop %d, count %d", start, stop, count);
     cow_1DArrayList result;
     if (stop > count) stop = count;
     for (int i = start; i < stop; ++i) {
@@ -340,7 +299,7 @@ void cow_1DArrayList<T>::Slice(int start, int stop, cow_1DArrayList& out) const 
 template <class T>
 T* cow_1DArrayList<T>::GetCArray(int& size) const {
     size = count;
-    T* copy = new T[static_cast<std::size_t>(count)];
+    T* copy = cow_Allocate([this] { return new T[static_cast<std::size_t>(count)]; });
     for (int i = 0; i < count; ++i) copy[i] = array.PartialArrayConstGet(i);
     return copy;
 }
@@ -349,5 +308,7 @@ template <class T>
 inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
 
 #include "zorvancow/lists/cow_1DArrayListExports.h"
+
+#include "zorvancow/lists/detail/cow_1DArrayListStd.h"
 
 #endif

@@ -15,7 +15,7 @@
 // shared. Every slot from the count on holds the element's zero value.
 //
 // Element copy, equality and zero value come from cow_Element (see
-// cow_1DArray.h), as for cow_1DArrayList. No index is checked; counts are
+// core/cow_Element.h), as for cow_1DArrayList. No index is checked; counts are
 // plain integers, and even a search or a destruction touches them, so lists
 // that share storage belong to one thread at a time.
 //
@@ -23,17 +23,21 @@
 // ConstGet, Get, Position, IsMember) are defined inline, so that a caller
 // compiles in the array's common case and its block-wise search.
 
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <type_traits>
 
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/detail/cow_SortBuffer.h"
 
 template <class T>
-class cow_ListIter;
+class ZORVANCOW_TYPE cow_ListIter;
 
 template <class T>
 class ZORVANCOW_TYPE cow_List {
@@ -117,6 +121,38 @@ public:
     // Inspection: the storage, to see what is shared and where the head is.
     cow_1DArray<T> const& GetArray() const { return array; }
 
+    // Standard interface (lists/detail/cow_ListStd.h). Iterators read only and
+    // are invalidated by any write to this list.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = cow_BlockIterator<T>;
+    using iterator = cow_BlockIterator<T>;
+    // A list of `values`, appended in order.
+    cow_List(std::initializer_list<T> values);
+    // A list of the elements of [first, last), appended in order.
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_List(It first, It last);
+    // A list of the elements of a range (a std::vector, another container).
+    template <class R, class = cow_detail::EnableRange<R, cow_List>>
+    explicit cow_List(R const& range);
+    // Random-access iterators over the elements, first to last.
+    cow_BlockIterator<T> begin() const;
+    cow_BlockIterator<T> end() const;
+    cow_BlockIterator<T> cbegin() const { return begin(); }
+    cow_BlockIterator<T> cend() const { return end(); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Element i, read as by ConstGet; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return ConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty list.
+    T const& front() const { return ConstGet(0); }
+    T const& back() const { return ConstGet(count - 1); }
+
 private:
     friend class cow_ListIter<T>;
     typedef cow_ListAlgorithms<T> Algorithms;
@@ -124,9 +160,6 @@ private:
     // The order of Sort: negative, 0 or positive as the element at `left`
     // sorts before, with or after the one at `right`.
     static int SortCmp(void const* left, void const* right);
-    // Sorts n elements in place by SortCmp: a merge sort that moves the
-    // elements as bytes (see Sort) and needs a scratch buffer of n elements.
-    static void SortBuffer(T* buffer, int n);
 
     int count;
     cow_1DArray<T> array;
@@ -171,6 +204,7 @@ inline cow_List<T>& cow_List<T>::Append(T const& value) {
 
 template <class T>
 cow_List<T>& cow_List<T>::Append(cow_List const& other) {
+    ZORVANCOW_CHECK(&other != this, "cow_List::Append", "a list appended to itself", "count %d", count);
     array.Grow(count + other.count);
     for (int i = 0; i < other.count; ++i) Append(other.array.PartialArrayConstGet(i));
     return *this;
@@ -185,6 +219,8 @@ inline cow_List<T>& cow_List<T>::Prepend(T const& value) {
 
 template <class T>
 cow_List<T>& cow_List<T>::InsertAfter(int index, T const& value) {
+    ZORVANCOW_CHECK(index >= -1 && index <= count, "cow_List::InsertAfter", "index out of range",
+                    "index %d, count %d", index, count);
     if (index == count) return Append(value);
     Algorithms::OpenGap(array, count, index + 1);
     array.Get(index + 1) = value;
@@ -194,6 +230,8 @@ cow_List<T>& cow_List<T>::InsertAfter(int index, T const& value) {
 
 template <class T>
 cow_List<T>& cow_List<T>::RemoveIndex(int index) {
+    ZORVANCOW_CHECK(count > 0 && index >= 0, "cow_List::RemoveIndex", "needs a non-empty list and an index of 0 or more",
+                    "index %d, count %d", index, count);
     --count;
     Algorithms::CloseGap(array, count, index);
     return *this;
@@ -201,6 +239,7 @@ cow_List<T>& cow_List<T>::RemoveIndex(int index) {
 
 template <class T>
 inline cow_List<T>& cow_List<T>::RemoveFirst() {
+    ZORVANCOW_CHECK(count > 0, "cow_List::RemoveFirst", "the list is empty", "count %d", count);
     // Get(0) also leaves the table and the first block private, which the
     // head step needs; the block is then freed when the head leaves it.
     cow_Element<T>::Clear(array.Get(0));
@@ -211,6 +250,7 @@ inline cow_List<T>& cow_List<T>::RemoveFirst() {
 
 template <class T>
 cow_List<T>& cow_List<T>::RemoveLast() {
+    ZORVANCOW_CHECK(count > 0, "cow_List::RemoveLast", "the list is empty", "count %d", count);
     --count;
     cow_Element<T>::Clear(array.Get(count));
     return *this;
@@ -225,11 +265,14 @@ cow_List<T>& cow_List<T>::Clear() {
 
 template <class T>
 inline T const& cow_List<T>::ConstGet(int i) const {
+    ZORVANCOW_CHECK(i >= 0 && i < array.GetSize(), "cow_List::ConstGet", "index out of range",
+                    "index %d, count %d, array size %d", i, count, array.GetSize());
     return array.PartialArrayConstGet(i);
 }
 
 template <class T>
 inline T& cow_List<T>::Get(int i) {
+    ZORVANCOW_CHECK(i >= 0, "cow_List::Get", "negative index", "index %d, count %d", i, count);
     return array.Get(i);
 }
 
@@ -263,84 +306,14 @@ bool cow_List<T>::IsEqual(cow_List const& other) const {
 
 template <class T>
 int cow_List<T>::SortCmp(void const* left, void const* right) {
-    T const& a = *static_cast<T const*>(left);
-    T const& b = *static_cast<T const*>(right);
-    if constexpr (std::is_same<T, cow_String>::value) {
-        return cow_StringOrderCompare(a, b);
-    } else if constexpr (std::is_base_of<atr_StringBase, T>::value) {
-        return cow_StringByteCompare(a, b);
-    } else if constexpr (std::is_same<T, bool>::value) {
-        unsigned char x, y;
-        std::memcpy(&x, &a, 1);
-        std::memcpy(&y, &b, 1);
-        return x < y ? -1 : x == y ? 0 : 1;
-    } else {
-        // With a NaN neither test holds, so the pair gives 1 both ways.
-        return a < b ? -1 : a == b ? 0 : 1;
-    }
-}
-
-template <class T>
-void cow_List<T>::SortBuffer(T* buffer, int n) {
-    // Every step only picks which of two elements goes first, so the
-    // outcome is a permutation of the input whatever SortCmp says, also
-    // when it is no strict order (a NaN): no index ever leaves its run.
-    // Equal elements keep their order, which is more than Sort promises.
-    constexpr std::size_t width = sizeof(T);
-    auto* data = reinterpret_cast<unsigned char*>(buffer);
-    auto at = [](unsigned char* base, int i) { return base + static_cast<std::size_t>(i) * width; };
-
-    // Runs of up to 16 by insertion.
-    int const run = 16;
-    alignas(T) unsigned char hold[sizeof(T)];
-    for (int lo = 0; lo < n; lo += run) {
-        int hi = lo + run < n ? lo + run : n;
-        for (int i = lo + 1; i < hi; ++i) {
-            int j = i;
-            std::memcpy(hold, at(data, i), width);
-            while (j > lo && SortCmp(hold, at(data, j - 1)) < 0) {
-                std::memcpy(at(data, j), at(data, j - 1), width);
-                --j;
-            }
-            std::memcpy(at(data, j), hold, width);
-        }
-    }
-    if (n <= run) return;
-
-    // Then merges of neighbouring runs, back and forth between the buffer
-    // and the scratch space.
-    auto* scratch = new unsigned char[static_cast<std::size_t>(n) * width];
-    unsigned char* from = data;
-    unsigned char* to = scratch;
-    for (int size = run; size < n; size *= 2) {
-        for (int lo = 0; lo < n; lo += 2 * size) {
-            int mid = lo + size < n ? lo + size : n;
-            int hi = lo + 2 * size < n ? lo + 2 * size : n;
-            int i = lo, j = mid, k = lo;
-            while (i < mid && j < hi) {
-                if (SortCmp(at(from, j), at(from, i)) < 0) {
-                    std::memcpy(at(to, k++), at(from, j++), width);
-                } else {
-                    std::memcpy(at(to, k++), at(from, i++), width);
-                }
-            }
-            if (i < mid) std::memcpy(at(to, k), at(from, i), static_cast<std::size_t>(mid - i) * width);
-            k += mid - i;
-            if (j < hi) std::memcpy(at(to, k), at(from, j), static_cast<std::size_t>(hi - j) * width);
-        }
-        unsigned char* swap = from;
-        from = to;
-        to = swap;
-    }
-    if (from != data) std::memcpy(data, from, static_cast<std::size_t>(n) * width);
-    delete[] scratch;
+    return cow_ElementOrder<T>::Compare(*static_cast<T const*>(left), *static_cast<T const*>(right));
 }
 
 template <class T>
 cow_List<T>& cow_List<T>::Sort() {
     int n = count;
     if (n == 0) return *this;
-    T* buffer = new T[static_cast<std::size_t>(n)];
+    T* buffer = cow_Allocate([n] { return new T[static_cast<std::size_t>(n)]; });
     {
         cow_ListIter<T> it(*this);
         for (int i = 0; !it.IsDone(); it.Next(), ++i) buffer[i] = it.Current();
@@ -348,7 +321,7 @@ cow_List<T>& cow_List<T>::Sort() {
     // The sort moves elements as bytes. That is sound for every element type
     // sorted here: strings are two plain words whose count a move leaves as
     // it is, and each element ends up exactly once in the buffer.
-    SortBuffer(buffer, n);
+    cow_SortBuffer(buffer, n, &SortCmp);
     array = cow_1DArray<T>();
     count = n;
     for (int i = 0; i < n; ++i) array.Get(i) = buffer[i];
@@ -369,5 +342,7 @@ template <class T>
 inline cow_ListIter<T>::~cow_ListIter() {}
 
 #include "zorvancow/lists/cow_ListExports.h"
+
+#include "zorvancow/lists/detail/cow_ListStd.h"
 
 #endif

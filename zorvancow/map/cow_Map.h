@@ -17,53 +17,52 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <initializer_list>
+#include <utility>
 #include <new>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
+#include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvanbase/omi_BlkBitVect.h"
 
 // ---------------------------------------------------------------------------
 // Key digits, equality and order
 
-// The digit of an integer key at `depth` (0 to 31): bit number `depth`, the
-// least significant bit first. The sign plays no part.
-inline int cow_KeyBit(unsigned int key, int depth) { return static_cast<int>((key >> depth) & 1u); }
-inline int cow_KeyBit(int key, int depth) { return cow_KeyBit(static_cast<unsigned int>(key), depth); }
-
-// The digit of a string key at `depth`: the lowest bit of one byte, read from
-// both ends inward (first byte, last byte, second byte, second to last, ...).
-// Depth n, for a text of n bytes, reads the middle byte again; deeper digits
-// are 0. An empty text reads its terminator at depth 0 and so has only 0s.
-// The other seven bits of a byte never count, so different texts can share
-// all their digits; such keys line up on one path, one level each.
-inline int cow_KeyBit(cow_String const& key, int depth) {
-    int const length = key.GetLength();
-    if (depth > length) return 0;
-    auto const* bytes = reinterpret_cast<unsigned char const*>(key.GetCString());
-    int const index = depth % 2 == 0 ? depth / 2 : length - 1 - (depth - 1) / 2;
-    return bytes[index] & 1;
+// The digit of a key at `depth`, key equality and the order of the sorted
+// walk. The rules per key type are cow_KeyBits<K> (core/cow_Element.h):
+// integers by their bits from the least significant end (the sign plays no
+// part) and by their value; strings by the lowest bit of one byte, read from
+// both ends inward (first byte, last byte, second, second to last, ...; depth
+// n of n bytes reads the middle byte again, deeper digits are 0), and by
+// unsigned bytes, never by natural order. The other seven bits of a byte
+// never count, so different texts can share all their digits; such keys line
+// up on one path, one level each.
+template <class K>
+inline int cow_KeyBit(K const& key, int depth) {
+    return cow_KeyBits<K>::Bit(key, depth);
+}
+template <class K>
+inline bool cow_MapKeyEqual(K const& left, K const& right) {
+    return cow_KeyBits<K>::Equal(left, right);
+}
+template <class K>
+inline bool cow_MapKeyLess(K const& left, K const& right) {
+    return cow_KeyBits<K>::Less(left, right);
 }
 
-// Key equality of the map: the 32-bit pattern for integers, the bytes for
-// strings (never the natural order).
-inline bool cow_MapKeyEqual(int left, int right) { return left == right; }
-inline bool cow_MapKeyEqual(unsigned int left, unsigned int right) { return left == right; }
-inline bool cow_MapKeyEqual(cow_String const& left, cow_String const& right) {
-    return cow_StringByteCompare(left, right) == 0;
-}
-
-// Key order of the sorted walk: signed for int, unsigned for unsigned int,
-// unsigned bytes for strings whatever the natural-order switch says.
-inline bool cow_MapKeyLess(int left, int right) { return left < right; }
-inline bool cow_MapKeyLess(unsigned int left, unsigned int right) { return left < right; }
-inline bool cow_MapKeyLess(cow_String const& left, cow_String const& right) {
-    return cow_StringByteCompare(left, right) < 0;
-}
+template <class K, class V>
+class cow_ConstMapIterator;
+template <class K, class V, class Walk>
+class cow_MapStdIter;
+template <class K, class V>
+class cow_MapSortedView;
 
 // ---------------------------------------------------------------------------
 // Node
@@ -92,7 +91,8 @@ struct ZORVANCOW_TYPE cow_MapNode {
     // subtrees (their counts rise by one). Nothing below is touched.
     cow_MapNode(cow_MapNode const& other) = default;
     // Releases child[1], then child[0], destroying subtrees that no one else
-    // holds; then the value and the key. Recurses once per level.
+    // holds; then the value and the key. The subtrees go in a loop, not by
+    // one call per level, so a map of any depth is freed on a small stack.
     ~cow_MapNode();
 
     cow_MapNode& operator=(cow_MapNode const&) = delete;
@@ -100,12 +100,30 @@ struct ZORVANCOW_TYPE cow_MapNode {
     K key;        // changes after construction only when a removal pulls a key up
     V value;
     Link child[2];  // followed on digit 0 and digit 1
+
+private:
+    // Takes the node out of a branch that nothing else holds, leaving the
+    // branch empty (its counter stays, for the handle's own release), and
+    // gives it to the caller to destroy. A shared or empty branch gives null.
+    static cow_MapNode* TakeSoleChild(Link& branch) {
+        // The handle keeps its pointee to itself; this is the map's one
+        // look past that, reached through the pointer-to-member of a class
+        // derived from the handle.
+        struct Access : Link {
+            static cow_MapNode* Link::*Pointee() { return &Access::pointee; }
+        };
+        if (branch.ConstGet() == nullptr || branch.GetShareCount() != 1) return nullptr;
+        cow_MapNode* taken = branch.*Access::Pointee();
+        branch.*Access::Pointee() = nullptr;
+        return taken;
+    }
 };
 
 // ---------------------------------------------------------------------------
 // Map
 
-// A map from unique keys to values; K is int, unsigned int or cow_String.
+// A map from unique keys to values. K is any integral type, cow_String,
+// std::string, or a type given its rules by specialising cow_KeyBits<K>.
 // Copying costs one count increment and shares every node. A write makes
 // private (copies) the nodes from the root down to the place written, and
 // nothing else; the copy of a node runs the copy operations of K and V and
@@ -175,17 +193,55 @@ public:
     Link const& GetRoot() const { return root; }
 
     // Inspection: the depth of the node holding `key` (0 for the root), or -1
-    // when the key is not held. Reads only; no count changes.
+    // when the key is not held. Reads only: counts end as they were.
     int GetDepth(K const& key) const {
         int depth = 0;
-        for (Node const* node = root.ConstGet(); node != nullptr; ++depth) {
-            if (cow_MapKeyEqual(node->key, key)) return depth;
-            node = node->child[cow_KeyBit(key, depth)].ConstGet();
-        }
-        return -1;
+        return FindNode(key, depth) != nullptr ? depth : -1;
     }
 
+    // Standard interface (map/detail/cow_MapStd.h). begin() walks a snapshot
+    // in the node walk's order, like cow_ConstMapIterator; writes may go on.
+    using key_type = K;
+    using mapped_type = V;
+    using value_type = cow_Entry<K, V>;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_iterator = cow_MapStdIter<K, V, cow_ConstMapIterator<K, V>>;
+    using iterator = const_iterator;
+    // A map of the given key/value pairs; of equal keys the first one stays.
+    cow_Map(std::initializer_list<std::pair<K, V>> entries);
+    // A map of the pairs of [first, last) or of a range (a std::map, ...).
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_Map(It first, It last);
+    template <class R, class = cow_detail::EnableRange<R, cow_Map>>
+    explicit cow_Map(R const& range);
+    // Forward iterators over a snapshot of the entries, in the node walk's order.
+    const_iterator begin() const;
+    const_iterator end() const { return const_iterator(); }
+    const_iterator cbegin() const { return begin(); }
+    const_iterator cend() const { return end(); }
+    // The entries in key order (descending on request), over a snapshot.
+    cow_MapSortedView<K, V> Sorted(bool descending = false) const;
+    // Number of entries, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Whether `key` is held; the entry of `key`, or end(). Reads only, no count moves.
+    bool contains(K const& key) const { return find(key) != end(); }
+    const_iterator find(K const& key) const;
+    // The value of `key`, which must be held.
+    V const& at(K const& key) const;
+
 private:
+    // The path walk of every read: the node holding `key`, or null, with its
+    // depth in `depth` (the depth below the last node when absent). It
+    // carries a counted handle down the path, one extra count on the node it
+    // stands on, and leaves every count as it was.
+    Node const* FindNode(K const& key, int& depth) const;
+    // The path walk of every write: the link that holds `key`, or the empty
+    // link where it would go. Every node above that link is private on
+    // return; the node in it, if any, is not yet.
+    Link* FindLink(K const& key);
+
     // This thread's V() for ConstGet misses and its scratch for Get misses.
     static V const& GetAbsentValue();
     static V& GetMissedValue();
@@ -235,8 +291,16 @@ public:
         if (!IsDone()) ++position;
     }
     // The current entry. Precondition: !IsDone().
-    K const& CurrentKey() const { return nodes[position]->key; }
-    V const& CurrentValue() const { return nodes[position]->value; }
+    K const& CurrentKey() const {
+        ZORVANCOW_CHECK(!IsDone(), "cow_ConstMapIterator::CurrentKey", "the iterator is done", "position %d, count %d",
+                        position, map.GetCount());
+        return nodes[position]->key;
+    }
+    V const& CurrentValue() const {
+        ZORVANCOW_CHECK(!IsDone(), "cow_ConstMapIterator::CurrentValue", "the iterator is done", "position %d, count %d",
+                        position, map.GetCount());
+        return nodes[position]->value;
+    }
 
     // Inspection: the snapshot the iterator walks.
     cow_Map<K, V> const& GetMap() const { return map; }
@@ -249,9 +313,10 @@ protected:
     static Node const** CollectNodes(cow_Map<K, V> const& snapshot, Node const** old) {
         ::operator delete(static_cast<void*>(old));
         int const total = snapshot.GetCount();
-        auto into = static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
-        int fill = 0;
-        Collect(snapshot.GetRoot(), into, fill);
+        auto into = cow_Allocate([total] {
+            return static_cast<Node const**>(::operator new(sizeof(Node const*) * (static_cast<std::size_t>(total) + 1)));
+        });
+        Collect(snapshot.GetRoot(), into, total);
         into[total] = nullptr;
         return into;
     }
@@ -261,12 +326,23 @@ protected:
     Node const** nodes;
 
 private:
-    static void Collect(typename Node::Link const& link, Node const** into, int& fill) {
-        Node const* node = link.ConstGet();
-        if (node == nullptr) return;
-        into[fill++] = node;
-        Collect(node->child[0], into, fill);
-        Collect(node->child[1], into, fill);
+    // The pre-order walk, as a loop: a map with string keys can be as deep as
+    // it is large. The nodes still to visit wait on a stack kept at the far
+    // end of `into` itself, growing down from `total`: every node is either
+    // written, waiting or not yet reached, so the written part and the stack
+    // never meet, and the walk needs no memory of its own.
+    static void Collect(typename Node::Link const& link, Node const** into, int total) {
+        int fill = 0;
+        int top = total;
+        if (link.ConstGet() != nullptr) into[--top] = link.ConstGet();
+        while (top < total) {
+            Node const* node = into[top++];
+            into[fill++] = node;
+            // child[1] waits below child[0], so the whole digit-0 subtree
+            // comes first.
+            if (Node const* right = node->child[1].ConstGet()) into[--top] = right;
+            if (Node const* left = node->child[0].ConstGet()) into[--top] = left;
+        }
     }
 };
 
@@ -333,7 +409,41 @@ public:
 // Out-of-line members
 
 template <class K, class V>
-cow_MapNode<K, V>::~cow_MapNode() {}
+cow_MapNode<K, V>::~cow_MapNode() {
+    // Keys with like digits make a chain as long as the map, so the nodes
+    // that go with this one are collected on an explicit stack and destroyed
+    // one by one; each is emptied of its own sole subtrees first, so its
+    // destructor finds nothing more to free. Shared subtrees only lose a
+    // count. The stack lives in this frame up to 64 entries (every integer
+    // map, and any map whose paths are no deeper) and on the heap beyond.
+    cow_MapNode* local[64];
+    cow_MapNode** pending = local;
+    std::size_t room = 64;
+    std::size_t size = 0;
+    auto push = [&](cow_MapNode* node) {
+        if (node == nullptr) return;
+        if (size == room) {
+            auto** larger = cow_Allocate([&] {
+                return static_cast<cow_MapNode**>(::operator new(sizeof(cow_MapNode*) * room * 2));
+            });
+            for (std::size_t i = 0; i < size; ++i) larger[i] = pending[i];
+            if (pending != local) ::operator delete(static_cast<void*>(pending));
+            pending = larger;
+            room *= 2;
+        }
+        pending[size++] = node;
+    };
+    // child[0] goes on the stack first so that child[1]'s subtree is freed first.
+    push(TakeSoleChild(child[0]));
+    push(TakeSoleChild(child[1]));
+    while (size != 0) {
+        cow_MapNode* node = pending[--size];
+        push(TakeSoleChild(node->child[0]));
+        push(TakeSoleChild(node->child[1]));
+        delete node;
+    }
+    if (pending != local) ::operator delete(static_cast<void*>(pending));
+}
 
 template <class K, class V>
 cow_Map<K, V>::~cow_Map() {}
@@ -362,53 +472,56 @@ inline bool cow_Map<K, V>::IsAbsent(V const& reference) {
 }
 
 template <class K, class V>
-bool cow_Map<K, V>::IsMember(K const& key) const {
-    // The walk carries a counted handle: one extra count on the node it stands on.
+typename cow_Map<K, V>::Node const* cow_Map<K, V>::FindNode(K const& key, int& depth) const {
     cow_CountedHld<Node> walk(root);
-    int depth = 0;
+    depth = 0;
     while (Node const* node = walk.ConstGet()) {
-        if (cow_MapKeyEqual(node->key, key)) break;
+        if (cow_MapKeyEqual(node->key, key)) return node;
         walk = node->child[cow_KeyBit(key, depth++)];
     }
-    return walk.ConstGet() != nullptr;
+    return nullptr;
+}
+
+template <class K, class V>
+typename cow_Map<K, V>::Link* cow_Map<K, V>::FindLink(K const& key) {
+    Link* link = &root;
+    int depth = 0;
+    while (Node const* node = link->ConstGet()) {
+        if (cow_MapKeyEqual(node->key, key)) break;
+        link = &link->Get().child[cow_KeyBit(key, depth++)];
+    }
+    return link;
+}
+
+template <class K, class V>
+bool cow_Map<K, V>::IsMember(K const& key) const {
+    int depth;
+    return FindNode(key, depth) != nullptr;
 }
 
 template <class K, class V>
 V const& cow_Map<K, V>::ConstGet(K const& key) const {
-    cow_CountedHld<Node> walk(root);
-    int depth = 0;
-    while (Node const* node = walk.ConstGet()) {
-        if (cow_MapKeyEqual(node->key, key)) return node->value;
-        walk = node->child[cow_KeyBit(key, depth++)];
-    }
-    return GetAbsentValue();
+    int depth;
+    Node const* node = FindNode(key, depth);
+    return node != nullptr ? node->value : GetAbsentValue();
 }
 
 template <class K, class V>
 bool cow_Map<K, V>::Insert(K const& key, V const& value) {
-    Link* link = &root;
-    int depth = 0;
-    while (link->ConstGet() != nullptr) {
-        Node& node = link->Get();
-        if (cow_MapKeyEqual(node.key, key)) {
-            node.value = value;
-            return true;
-        }
-        link = &node.child[cow_KeyBit(key, depth++)];
+    Link* link = FindLink(key);
+    if (link->ConstGet() != nullptr) {
+        link->Get().value = value;
+        return true;
     }
-    *link = new Node(key, value);
+    *link = cow_Allocate([&] { return new Node(key, value); });
     ++count;
     return true;
 }
 
 template <class K, class V>
 V& cow_Map<K, V>::Get(K const& key) {
-    Link* link = &root;
-    int depth = 0;
-    while (Node const* node = link->ConstGet()) {
-        if (cow_MapKeyEqual(node->key, key)) return link->Get().value;
-        link = &link->Get().child[cow_KeyBit(key, depth++)];
-    }
+    Link* link = FindLink(key);
+    if (link->ConstGet() != nullptr) return link->Get().value;
     V& missed = GetMissedValue();
     missed = V();
     return missed;
@@ -419,10 +532,7 @@ bool cow_Map<K, V>::Remove(K const& key) {
     if (!IsMember(key)) return false;
 
     // Down to the key's node, copying the shared nodes above it.
-    Link* link = &root;
-    int depth = 0;
-    while (!cow_MapKeyEqual(link->ConstGet()->key, key))
-        link = &link->Get().child[cow_KeyBit(key, depth++)];
+    Link* link = FindLink(key);
 
     // Pull keys up along the right-preferring path until a leaf is reached.
     for (;;) {
@@ -475,20 +585,18 @@ int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const* left, void const* right) 
 
 template <class K, class V>
 cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const& map) {
-    cow_List<K> keys;
-    cow_ConstMapIterator<K, V> it(map);
-    for (it.First(); !it.IsDone(); it.Next()) keys.Append(it.CurrentKey());
-    return keys;
+    return cow_CollectWalk<K, cow_ConstMapIterator<K, V>>(
+        map, [](cow_ConstMapIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
 }
 
 template <class K, class V>
 cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
-    cow_List<V> values;
-    cow_ConstMapIterator<K, V> it(map);
-    for (it.First(); !it.IsDone(); it.Next()) values.Append(it.CurrentValue());
-    return values;
+    return cow_CollectWalk<V, cow_ConstMapIterator<K, V>>(
+        map, [](cow_ConstMapIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
 #include "zorvancow/map/cow_MapExports.h"
+
+#include "zorvancow/map/detail/cow_MapStd.h"
 
 #endif

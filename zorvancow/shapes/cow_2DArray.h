@@ -15,8 +15,11 @@
 // the caller's duty.
 
 #include <algorithm>
+#include <climits>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 
@@ -26,6 +29,9 @@
 //
 // New elements of int, float and double are left unset; string elements
 // start as empty values without a text.
+template <class T>
+class cow_2DArrayRows;
+
 template <class T>
 struct ZORVANCOW_TYPE cow_2DArrayRep {
     // A rows x columns matrix, unset for numbers. A negative extent counts as
@@ -56,13 +62,18 @@ struct ZORVANCOW_TYPE cow_2DArrayRep {
     T* data;      // rows * columns elements from array new; null when either extent is 0
 
 private:
+    // Refuses, in every build, a shape whose element count does not fit an
+    // int: the indexing would wrap and write outside the elements.
     static T* Allocate(int rows, int columns) {
-        return rows != 0 && columns != 0 ? new T[rows * columns] : nullptr;
+        if (rows == 0 || columns == 0) return nullptr;
+        ZORVANCOW_REQUIRE(static_cast<long long>(rows) * columns <= INT_MAX, "cow_2DArray::cow_2DArray", "rows x columns overflows int",
+                          "%d x %d", rows, columns);
+        return cow_Allocate([rows, columns] { return new T[rows * columns]; });
     }
     // Row by row, each row from column 0 up: one pass along memory, and for
     // numbers one block move.
     void CopyElements(cow_2DArrayRep const& source) {
-        if (data != nullptr) std::copy(source.data, source.data + rows * columns, data);
+        if (data != nullptr) cow_Element<T>::CopyRun(data, source.data, rows * columns);
     }
 };
 
@@ -86,12 +97,16 @@ public:
     // Reads element (r, c). Touches no count.
     T const& ConstGet(int r, int c) const {
         cow_2DArrayRep<T> const* shared = rep.ConstGet();
+        ZORVANCOW_CHECK(r >= 0 && r < shared->rows && c >= 0 && c < shared->columns, "cow_2DArray::ConstGet",
+                        "index out of range", "row %d, column %d, shape %d x %d", r, c, shared->rows, shared->columns);
         return shared->data[r * shared->columns + c];
     }
     // Write access to element (r, c). When the representation is shared this
     // first copies all elements for this matrix alone; the reference stays
     // valid until this matrix is assigned or destroyed.
     T& Get(int r, int c) {
+        ZORVANCOW_CHECK(r >= 0 && r < GetRows() && c >= 0 && c < GetColumns(), "cow_2DArray::Get", "index out of range",
+                        "row %d, column %d, shape %d x %d", r, c, GetRows(), GetColumns());
         cow_2DArrayRep<T>& own = rep.Get();
         return own.data[r * own.columns + c];
     }
@@ -101,13 +116,33 @@ public:
     cow_2DArrayRep<T> const* GetRep() const { return rep.ConstGet(); }
     std::int32_t GetShareCount() const { return rep.GetShareCount(); }
 
+    // Standard interface (shapes/detail/cow_2DArrayStd.h). Iterators are
+    // pointers into the representation, valid while this matrix holds it.
+    using value_type = T;
+    using size_type = std::size_t;
+    using const_iterator = T const*;
+    using iterator = T const*;
+    // All elements, row by row.
+    T const* begin() const { return rep.ConstGet()->data; }
+    T const* end() const { return begin() + size(); }
+    // Number of elements, rows times columns.
+    std::size_t size() const {
+        return static_cast<std::size_t>(GetRows()) * static_cast<std::size_t>(GetColumns());
+    }
+    bool empty() const { return size() == 0; }
+    // Row r as a contiguous span, and all rows as a random-access range of spans.
+    cow_Span<T const> Row(int r) const {
+        return cow_Span<T const>(begin() + static_cast<std::ptrdiff_t>(r) * GetColumns(), static_cast<std::size_t>(GetColumns()));
+    }
+    cow_2DArrayRows<T> Rows() const;
+
 private:
     cow_COW<cow_2DArrayRep<T>, cow_Direct<cow_2DArrayRep<T>>> rep;
 };
 
 template <class T>
-cow_2DArrayRep<T>::cow_2DArrayRep(int rows, int columns)
-    : rows(rows < 0 ? 0 : rows), columns(columns < 0 ? 0 : columns), data(Allocate(this->rows, this->columns)) {}
+cow_2DArrayRep<T>::cow_2DArrayRep(int rowCount, int columnCount)
+    : rows(rowCount < 0 ? 0 : rowCount), columns(columnCount < 0 ? 0 : columnCount), data(Allocate(this->rows, this->columns)) {}
 
 template <class T>
 cow_2DArrayRep<T>::cow_2DArrayRep(cow_2DArrayRep const& source)
@@ -121,7 +156,8 @@ cow_2DArrayRep<T>::~cow_2DArrayRep() {
 }
 
 template <class T>
-cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value) : rep(new cow_2DArrayRep<T>(rows, columns)) {
+cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value)
+    : rep(cow_Allocate([rows, columns] { return new cow_2DArrayRep<T>(rows, columns); })) {
     // The handle is new and private, so Get copies nothing here.
     cow_2DArrayRep<T>& fresh = rep.Get();
     for (int r = 0; r < fresh.rows; ++r) {
@@ -130,5 +166,7 @@ cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value) : rep(new cow
 }
 
 #include "zorvancow/shapes/cow_2DArrayExports.h"
+
+#include "zorvancow/shapes/detail/cow_2DArrayStd.h"
 
 #endif

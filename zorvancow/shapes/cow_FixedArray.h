@@ -16,8 +16,11 @@
 // Indices are not checked: 0 <= i < GetSize() is the caller's duty.
 
 #include <algorithm>
+#include <cstddef>
+#include <initializer_list>
 
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -60,7 +63,7 @@ struct ZORVANCOW_TYPE cow_FixedArrayRep {
 private:
     // Assigns the source's elements in order. For numbers this is one block
     // move, as fast as copying a std::vector.
-    void CopyElements(cow_FixedArrayRep const& source) { std::copy(source.data, source.data + size, data); }
+    void CopyElements(cow_FixedArrayRep const& source) { cow_Element<T>::CopyRun(data, source.data, size); }
 };
 
 // A value array of fixed length with copy-on-write sharing of the whole.
@@ -91,17 +94,57 @@ public:
     // The number of elements, fixed for the life of the array.
     int GetSize() const { return rep.ConstGet()->size; }
     // Reads element `i`, 0 <= i < GetSize(). Touches no count.
-    T const& ConstGet(int i) const { return rep.ConstGet()->data[i]; }
+    T const& ConstGet(int i) const {
+        ZORVANCOW_CHECK(i >= 0 && i < GetSize(), "cow_FixedArray::ConstGet", "index out of range", "index %d, size %d", i,
+                        GetSize());
+        return rep.ConstGet()->data[i];
+    }
     // Write access to element `i`, 0 <= i < GetSize(). When the
     // representation is shared this first copies all elements for this array
     // alone; the reference stays valid until this array is assigned or
     // destroyed.
-    T& Get(int i) { return rep.Get().data[i]; }
+    T& Get(int i) {
+        ZORVANCOW_CHECK(i >= 0 && i < GetSize(), "cow_FixedArray::Get", "index out of range", "index %d, size %d", i,
+                        GetSize());
+        return rep.Get().data[i];
+    }
 
     // Inspection: the representation (to tell whether two arrays share it)
     // and how many arrays share it.
     cow_FixedArrayRep<T> const* GetRep() const { return rep.ConstGet(); }
     std::int32_t GetShareCount() const { return rep.GetShareCount(); }
+
+    // Standard interface (shapes/detail/cow_FixedArrayStd.h). Iterators are
+    // pointers into the representation, valid while this array holds it.
+    using value_type = T;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_reference = T const&;
+    using reference = T const&;
+    using const_iterator = T const*;
+    using iterator = T const*;
+    // An array of exactly `values`.
+    cow_FixedArray(std::initializer_list<T> values);
+    // An array of the elements of [first, last) (forward iterators) or of a range.
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_FixedArray(It first, It last);
+    template <class R, class = cow_detail::EnableRange<R, cow_FixedArray>>
+    explicit cow_FixedArray(R const& range);
+    // Contiguous iterators over the elements.
+    T const* begin() const { return rep.ConstGet()->data; }
+    T const* end() const { return rep.ConstGet()->data + rep.ConstGet()->size; }
+    T const* cbegin() const { return begin(); }
+    T const* cend() const { return end(); }
+    T const* data() const { return begin(); }
+    // Number of elements, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(GetSize()); }
+    bool empty() const { return GetSize() == 0; }
+    // Element i; at() refuses an index past the end.
+    T const& operator[](std::size_t i) const { return ConstGet(static_cast<int>(i)); }
+    T const& at(std::size_t i) const;
+    // The first and the last element of a non-empty array.
+    T const& front() const { return ConstGet(0); }
+    T const& back() const { return ConstGet(GetSize() - 1); }
 
 private:
     cow_COW<cow_FixedArrayRep<T>, cow_Direct<cow_FixedArrayRep<T>>> rep;
@@ -109,11 +152,11 @@ private:
 
 template <class T>
 cow_FixedArrayRep<T>::cow_FixedArrayRep(int length)
-    : size(length < 0 ? 0 : length), data(new T[size]) {}
+    : size(length < 0 ? 0 : length), data(cow_Allocate([this] { return new T[size]; })) {}
 
 template <class T>
 cow_FixedArrayRep<T>::cow_FixedArrayRep(cow_FixedArrayRep const& source)
-    : size(source.size), data(new T[source.size]) {
+    : size(source.size), data(cow_Allocate([&source] { return new T[source.size]; })) {
     CopyElements(source);
 }
 
@@ -127,7 +170,7 @@ cow_FixedArrayRep<T>& cow_FixedArrayRep<T>::operator=(cow_FixedArrayRep const& s
     if (&source == this) return *this;
     delete[] data;
     size = source.size;
-    data = new T[size];
+    data = cow_Allocate([this] { return new T[size]; });
     CopyElements(source);
     return *this;
 }
@@ -147,10 +190,11 @@ bool cow_FixedArrayRep<T>::operator!=(cow_FixedArrayRep const& other) const {
 }
 
 template <class T>
-cow_FixedArray<T>::cow_FixedArray() : rep(new cow_FixedArrayRep<T>(10)) {}
+cow_FixedArray<T>::cow_FixedArray() : rep(cow_Allocate([] { return new cow_FixedArrayRep<T>(10); })) {}
 
 template <class T>
-cow_FixedArray<T>::cow_FixedArray(int length, T const& value) : rep(new cow_FixedArrayRep<T>(length)) {
+cow_FixedArray<T>::cow_FixedArray(int length, T const& value)
+    : rep(cow_Allocate([length] { return new cow_FixedArrayRep<T>(length); })) {
     // The handle is new and private, so Get copies nothing here.
     cow_FixedArrayRep<T>& fresh = rep.Get();
     for (int i = 0; i < fresh.size; ++i) fresh.data[i] = value;
@@ -170,5 +214,7 @@ bool cow_FixedArray<T>::operator!=(cow_FixedArray const& other) const {
 }
 
 #include "zorvancow/shapes/cow_FixedArrayExports.h"
+
+#include "zorvancow/shapes/detail/cow_FixedArrayStd.h"
 
 #endif

@@ -20,6 +20,11 @@
 // a cow_COW handle on a whole omi_IntTable, whose first write through a shared
 // handle copies the whole table (only cow_String texts stay shared).
 // Nothing is locked; a table and its iterators belong to one thread at a time.
+//
+// This header holds the general omi_IntTable<T>. The table of ints is the
+// base library's own specialization, declared in zorvanbase/omi_IntTable.h
+// (hence the same file name in the two trees); this library only shares such
+// tables through cow_COW.
 
 #include <cstdint>
 #include <cstdio>
@@ -28,171 +33,20 @@
 #include "zorvanbase/omi_BlkBitVect.h"
 #include "zorvanbase/omi_IntTable.h"
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_String.h"
-
-// A sparse array indexed by an unsigned integer: a growable array of pointers
-// to element blocks of 1 << shift values each. An element block is made, with
-// default values, at the first store into its range. Reaching an element costs
-// a shift, a mask and two indexed reads. Copies are deep: every element block
-// is duplicated, and the elements are copied by their own copy assignment.
-template <class T>
-class ZORVANCOW_TYPE omi_BlockedArray {
-public:
-    // `pointerCount` null entries (0 gives no pointer array; the array then
-    // grows in units of 128), element blocks of 1 << `shift` values. A non-zero
-    // `pointerCount` is also the unit of growth. `shift` is at most 31.
-    omi_BlockedArray(unsigned int pointerCount, unsigned int shift)
-        : growBy(pointerCount != 0 ? pointerCount : 128),
-          blockCount(pointerCount),
-          blockSize(1u << shift),
-          blockShift(shift),
-          blockMask((1u << shift) - 1),
-          blocks(pointerCount != 0 ? new T*[pointerCount]() : nullptr) {}
-
-    // A deep copy: a new pointer array and a new element block for each one
-    // of the source, holding copies of all its values.
-    omi_BlockedArray(omi_BlockedArray const& source)
-        : growBy(source.growBy),
-          blockCount(source.blockCount),
-          blockSize(source.blockSize),
-          blockShift(source.blockShift),
-          blockMask(source.blockMask),
-          blocks(source.blockCount != 0 ? new T*[source.blockCount]() : nullptr) {
-        for (unsigned int b = 0; b < blockCount; ++b) {
-            if (source.blocks[b] == nullptr) continue;
-            blocks[b] = new T[blockSize]();
-            CopyBlock(b, source);
-        }
-    }
-
-    // Frees all element blocks with their values, and the pointer array.
-    virtual ~omi_BlockedArray() {
-        Clear();
-        delete[] blocks;
-    }
-
-    // Makes this array a deep copy of `source`. Keeps its pointer array when
-    // the lengths agree, and its element blocks when the block sizes agree as
-    // well, copying the values into them. Assigning an array to itself does
-    // nothing.
-    omi_BlockedArray& operator=(omi_BlockedArray const& source) {
-        if (this == &source) return *this;
-        growBy = source.growBy;
-        if (blockCount != source.blockCount) {
-            Clear();
-            delete[] blocks;
-            blockShift = source.blockShift;
-            blockSize = source.blockSize;
-            blockMask = source.blockMask;
-            blockCount = source.blockCount;
-            blocks = blockCount != 0 ? new T*[blockCount]() : nullptr;
-        } else if (blockSize != source.blockSize) {
-            Clear();
-            blockShift = source.blockShift;
-            blockSize = source.blockSize;
-            blockMask = source.blockMask;
-        }
-        for (unsigned int b = 0; b < blockCount; ++b) {
-            if (source.blocks[b] != nullptr) {
-                if (blocks[b] == nullptr) blocks[b] = new T[blockSize]();
-                CopyBlock(b, source);
-            } else if (blocks[b] != nullptr) {
-                delete[] blocks[b];
-                blocks[b] = nullptr;
-            }
-        }
-        return *this;
-    }
-
-    // Frees every element block with its values; the pointer array stays, so
-    // the next store into a range makes its block again.
-    void Clear() {
-        for (unsigned int b = 0; b < blockCount; ++b) {
-            delete[] blocks[b];
-            blocks[b] = nullptr;
-        }
-    }
-
-    // Lengthens the pointer array to `pointerCount` entries (the new ones
-    // null); a count not above the current length changes nothing.
-    void Grow(unsigned int pointerCount) {
-        if (pointerCount <= blockCount) return;
-        T** grown = new T*[pointerCount]();
-        for (unsigned int b = 0; b < blockCount; ++b) grown[b] = blocks[b];
-        delete[] blocks;
-        blocks = grown;
-        blockCount = pointerCount;
-    }
-
-    // Stores `value` at `index` with T's assignment. Past the pointer array
-    // the array grows to the smallest multiple of `growBy` above the block
-    // number; an absent element block is made first with default values.
-    void Set(unsigned int index, T const& value) {
-        unsigned int const b = index >> blockShift;
-        if (b >= blockCount) Grow((b / growBy + 1) * growBy);
-        if (blocks[b] == nullptr) blocks[b] = new T[blockSize]();
-        blocks[b][index & blockMask] = value;
-    }
-
-    // Prints every element block to standard output: a line with its first
-    // and last index, then the raw bytes of each element in hexadecimal, eight
-    // elements a line. An array without element blocks prints nothing.
-    void Dump() {
-        for (unsigned int b = 0; b < blockCount; ++b) {
-            if (blocks[b] == nullptr) continue;
-            unsigned int const first = b << blockShift;
-            std::printf("Block indices= %d - %d\n", static_cast<int>(first),
-                        static_cast<int>(first + blockSize - 1));
-            for (unsigned int j = 0; j < blockSize; ++j) {
-                auto const* bytes = reinterpret_cast<unsigned char const*>(&blocks[b][j]);
-                for (std::size_t k = 0; k < sizeof(T); ++k) std::printf("%02x", bytes[k]);
-                std::printf((j & 7) == 7 ? "\n" : "|");
-            }
-            std::printf("\n");
-        }
-    }
-
-    // The element at `index`, or null when its element block does not exist.
-    // A place with no store holds a default or a stale value.
-    T const* ConstGet(unsigned int index) const {
-        unsigned int const b = index >> blockShift;
-        if (b >= blockCount || blocks[b] == nullptr) return nullptr;
-        return &blocks[b][index & blockMask];
-    }
-    // The element at `index`, whose element block must exist.
-    T const& ElementAt(unsigned int index) const { return blocks[index >> blockShift][index & blockMask]; }
-
-    // Inspection: unit of growth, pointer array length, block size and shift,
-    // and whether element block `b` exists.
-    unsigned int GetGrowBy() const { return growBy; }
-    unsigned int GetBlockCount() const { return blockCount; }
-    unsigned int GetBlockSize() const { return blockSize; }
-    unsigned int GetBlockShift() const { return blockShift; }
-    bool HasElementBlock(unsigned int b) const { return b < blockCount && blocks[b] != nullptr; }
-
-private:
-    void CopyBlock(unsigned int b, omi_BlockedArray const& source) {
-        for (unsigned int j = 0; j < blockSize; ++j) blocks[b][j] = source.blocks[b][j];
-    }
-
-    unsigned int growBy;
-    unsigned int blockCount;
-    unsigned int blockSize;
-    unsigned int blockShift;
-    unsigned int blockMask;
-    T** blocks;
-};
+#include "zorvancow/tables/detail/omi_BlockedArray.h"
 
 template <class T>
-class omi_UintTable;
+class ZORVANCOW_TYPE omi_UintTable;
 template <class T>
-class omi_UintTableIterator;
+class ZORVANCOW_TYPE omi_UintTableIterator;
 
 // A table block: a blocked array whose bit vector says which indexes hold an
 // element. A clear bit may sit on a default or a stale value. A table block
 // is a plain mutable object; its copy is deep, bit vector included.
 template <class T>
-class ZORVANCOW_TYPE omi_UintTableBlock : public omi_BlockedArray<T> {
+class omi_UintTableBlock : public omi_BlockedArray<T> {
 public:
     // See omi_BlockedArray: `pointerCount` entries, blocks of 1 << `shift`.
     omi_UintTableBlock(unsigned int pointerCount, unsigned int shift)
@@ -243,9 +97,13 @@ public:
     // The arguments 12, 10, 24: 4096 table blocks of 2^20 keys, element
     // blocks of 1024 values.
     omi_UintTable() : omi_UintTable(12, 10, 24) {}
-    // Needs a >= 1 and a + b <= 32; c >= 1. Nothing checks this.
+    // Needs a >= 1 and a + b <= 32, so that both shifts lie between 0 and
+    // 31; other arguments are refused in every build. c of 0 gives table
+    // blocks that start without a pointer array (see omi_BlockedArray).
     omi_UintTable(unsigned int a, unsigned int b, unsigned int c)
-        : blocks(new omi_UintTableBlock<T>*[2]()),
+        : blocks((ZORVANCOW_REQUIRE(a >= 1 && a <= 32 && b <= 32 - a, "omi_UintTable::omi_UintTable",
+                                    "needs a from 1 to 32 and a + b at most 32", "a %u, b %u", a, b),
+                  cow_Allocate([] { return new omi_UintTableBlock<T>*[2](); }))),
           count(0),
           blockCount(2),
           keyMask(static_cast<unsigned int>((std::uint64_t{1} << (32 - a)) - 1)),
@@ -255,7 +113,7 @@ public:
     // A deep copy: every table block and element block is duplicated; only
     // the texts of cow_String values stay shared.
     omi_UintTable(omi_UintTable const& source)
-        : blocks(new omi_UintTableBlock<T>*[source.blockCount]()),
+        : blocks(cow_Allocate([&source] { return new omi_UintTableBlock<T>*[source.blockCount](); })),
           count(source.count),
           blockCount(source.blockCount),
           keyMask(source.keyMask),
@@ -263,7 +121,8 @@ public:
           blockPointers(source.blockPointers),
           elementShift(source.elementShift) {
         for (unsigned int n = 0; n < blockCount; ++n)
-            if (source.blocks[n] != nullptr) blocks[n] = new omi_UintTableBlock<T>(*source.blocks[n]);
+            if (source.blocks[n] != nullptr)
+                blocks[n] = cow_Allocate([&source, n] { return new omi_UintTableBlock<T>(*source.blocks[n]); });
     }
     omi_UintTable& operator=(omi_UintTable const&) = delete;
     // Frees every table block with its values, then the pointer array.
@@ -313,8 +172,16 @@ private:
     friend class omi_UintTableIterator<T>;
 
     void GrowTo(unsigned int n) {
-        unsigned int const grown = (n / 64 + 1) * 64;
-        auto** larger = new omi_UintTableBlock<T>*[grown]();
+        // In 64 bits: with a = 32 a key near 2^32 has a block number whose
+        // next multiple of 64 does not fit 32 bits. The array then grows to
+        // the largest length it can have, which holds every block number
+        // but the last.
+        std::uint64_t wanted = (std::uint64_t{n} / 64 + 1) * 64;
+        if (wanted > 0xFFFFFFFFu) wanted = 0xFFFFFFFFu;
+        ZORVANCOW_REQUIRE(n < wanted, "omi_UintTable::Insert", "the table block array would need 2^32 entries",
+                          "block number %u", n);
+        unsigned int const grown = static_cast<unsigned int>(wanted);
+        auto** larger = cow_Allocate([grown] { return new omi_UintTableBlock<T>*[grown](); });
         for (unsigned int i = 0; i < blockCount; ++i) larger[i] = blocks[i];
         delete[] blocks;
         blocks = larger;
@@ -347,7 +214,9 @@ public:
     virtual ~omi_IntTable();
 
     // A new heap copy made by the copy constructor; the caller owns it.
-    omi_IntTable* Copy() const { return new omi_IntTable(*this); }
+    omi_IntTable* Copy() const {
+        return cow_Allocate([this] { return new omi_IntTable(*this); });
+    }
 
     // The table block whose range holds `key`, or null when there is none.
     // A block says only that the range is in use, not that the key is.
@@ -439,61 +308,75 @@ public:
     ~omi_UintTableIterator();
 
     // To the smallest key (in sorted mode: the first record).
-    void First() {
-        if (compare != nullptr) {
-            position = -1;
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            done = table->count < 1;
-            position = 0;
-            return;
-        }
-        position = -1;
-        done = !NextBlock();
-    }
+    void First() { compare != nullptr ? SortedFirst() : PlainFirst(); }
     // To the greatest key (in sorted mode: the last record).
-    void Last() {
-        if (compare != nullptr) {
-            if (sorted == nullptr && !BuildSorted()) {
-                done = true;
-                return;
-            }
-            position = table->count - 1;
-            done = false;
-            return;
-        }
-        position = static_cast<std::int32_t>(table->blockCount);
-        done = !PrevBlock();
-    }
+    void Last() { compare != nullptr ? SortedLast() : PlainLast(); }
     // To the next greater key; on the last one the iterator becomes done.
-    void Next() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            ++position;
-            done = position == table->count;
-            return;
-        }
-        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
-    }
+    void Next() { compare != nullptr ? SortedNext() : PlainNext(); }
     // To the next smaller key; on the first one the iterator becomes done.
-    void Prev() {
-        if (compare != nullptr) {
-            if (sorted == nullptr) return;
-            if (position > 0) --position;
-            done = false;
-            return;
-        }
-        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
-    }
+    void Prev() { compare != nullptr ? SortedPrev() : PlainPrev(); }
     bool IsDone() const { return done; }
-    unsigned int CurrentKey() const { return compare != nullptr ? sorted[position]->key : low + base; }
+    unsigned int CurrentKey() const {
+        ZORVANCOW_CHECK(!done && (compare == nullptr ? block != nullptr : sorted != nullptr),
+                        "omi_UintTableIterator::CurrentKey", "the iterator is done or not positioned", "position %d",
+                        position);
+        return compare != nullptr ? sorted[position]->key : low + base;
+    }
     T const& CurrentValue() const {
+        ZORVANCOW_CHECK(!done && (compare == nullptr ? block != nullptr : sorted != nullptr),
+                        "omi_UintTableIterator::CurrentValue", "the iterator is done or not positioned", "position %d",
+                        position);
         return compare != nullptr ? *sorted[position]->value : block->ElementAt(low);
     }
 
 private:
+    // Plain mode: `position` is the current table block, `low` the key's
+    // index inside it, and the walker steps over the block's used keys.
+    void PlainFirst() {
+        position = -1;
+        done = !NextBlock();
+    }
+    void PlainLast() {
+        position = static_cast<std::int32_t>(table->blockCount);
+        done = !PrevBlock();
+    }
+    void PlainNext() {
+        if (walker != nullptr && !walker->Next(low)) done = !NextBlock();
+    }
+    void PlainPrev() {
+        if (walker != nullptr && !walker->Prev(low)) done = !PrevBlock();
+    }
+
+    // Sorted mode: `position` is the index in `sorted`, built at the first
+    // First or Last; the steps before that do nothing.
+    void SortedFirst() {
+        position = -1;
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        done = table->count < 1;
+        position = 0;
+    }
+    void SortedLast() {
+        if (sorted == nullptr && !BuildSorted()) {
+            done = true;
+            return;
+        }
+        position = table->count - 1;
+        done = false;
+    }
+    void SortedNext() {
+        if (sorted == nullptr) return;
+        ++position;
+        done = position == table->count;
+    }
+    void SortedPrev() {
+        if (sorted == nullptr) return;
+        if (position > 0) --position;
+        done = false;
+    }
+
     bool NextBlock() {
         ++position;
         while (static_cast<unsigned int>(position) < table->blockCount && table->blocks[position] == nullptr)
@@ -511,7 +394,7 @@ private:
         base = static_cast<unsigned int>(position) << table->keyShift;
         block = table->blocks[position];
         delete walker;
-        walker = new omi_BlkBitVectTrav(&block->GetBits());
+        walker = cow_Allocate([this] { return new omi_BlkBitVectTrav(&block->GetBits()); });
         return true;
     }
     // Collects and sorts the records; false on an empty table.
@@ -593,7 +476,8 @@ bool omi_UintTable<T>::Insert(unsigned int key, T const& value) {
     unsigned int const n = key >> keyShift;
     if (n >= blockCount) GrowTo(n);
     omi_UintTableBlock<T>* block = blocks[n];
-    if (block == nullptr) block = blocks[n] = new omi_UintTableBlock<T>(blockPointers, elementShift);
+    if (block == nullptr)
+        block = blocks[n] = cow_Allocate([this] { return new omi_UintTableBlock<T>(blockPointers, elementShift); });
     if (!block->Insert(key & keyMask, value)) return false;
     ++count;
     return true;
@@ -617,15 +501,19 @@ bool omi_UintTable<T>::Remove(unsigned int key) {
 }
 
 template <class T>
-omi_IntTable<T>::omi_IntTable() : negative(new omi_UintTable<T>), nonNegative(new omi_UintTable<T>) {}
+omi_IntTable<T>::omi_IntTable()
+    : negative(cow_Allocate([] { return new omi_UintTable<T>; })),
+      nonNegative(cow_Allocate([] { return new omi_UintTable<T>; })) {}
 
 template <class T>
 omi_IntTable<T>::omi_IntTable(unsigned int a, unsigned int b, unsigned int c)
-    : negative(new omi_UintTable<T>(a, b, c)), nonNegative(new omi_UintTable<T>(a, b, c)) {}
+    : negative(cow_Allocate([=] { return new omi_UintTable<T>(a, b, c); })),
+      nonNegative(cow_Allocate([=] { return new omi_UintTable<T>(a, b, c); })) {}
 
 template <class T>
 omi_IntTable<T>::omi_IntTable(omi_IntTable const& source)
-    : negative(new omi_UintTable<T>(*source.negative)), nonNegative(new omi_UintTable<T>(*source.nonNegative)) {}
+    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.negative); })),
+      nonNegative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.nonNegative); })) {}
 
 template <class T>
 omi_IntTable<T>::~omi_IntTable() {
@@ -645,11 +533,11 @@ template <class T>
 bool omi_UintTableIterator<T>::BuildSorted() {
     std::int32_t const n = table->count;
     if (n < 1) return false;
-    sorted = new SortedRecord*[n];
+    sorted = cow_Allocate([n] { return new SortedRecord*[n]; });
     omi_UintTableIterator<T> plain(*table);
     std::int32_t i = 0;
     for (plain.First(); !plain.IsDone(); plain.Next())
-        sorted[i++] = new SortedRecord{plain.CurrentKey(), &plain.CurrentValue()};
+        sorted[i++] = cow_Allocate([&plain] { return new SortedRecord{plain.CurrentKey(), &plain.CurrentValue()}; });
     std::qsort(sorted, static_cast<std::size_t>(n), sizeof(SortedRecord*), compare);
     return true;
 }

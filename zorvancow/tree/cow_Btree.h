@@ -23,37 +23,40 @@
 // Counts are plain integers: trees that share nodes belong to one thread at a
 // time, except that lookups through IsMember and ConstGet may run together.
 
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <utility>
 
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_Check.h"
+#include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
+#include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 
-// Key comparisons of the tree: negative when `searched` orders before
-// `nodeKey`, zero on a match, positive after. Only the sign is used.
-//
-// Integer keys compare by their difference with two's-complement wrap, so the
-// order is total only over keys less than 2^31 apart; the keys of one tree
-// must stay within such a span (nothing checks it).
-inline std::int32_t cow_BtreeKeyCompare(int searched, int nodeKey) {
-    return static_cast<std::int32_t>(static_cast<std::uint32_t>(searched) -
-                                     static_cast<std::uint32_t>(nodeKey));
-}
-inline std::int32_t cow_BtreeKeyCompare(cow_String const& searched, cow_String const& nodeKey) {
-    return cow_StringOrderCompare(searched, nodeKey);
-}
-inline std::int32_t cow_BtreeKeyCompare(atr_String const& searched, atr_String const& nodeKey) {
-    return cow_StringByteCompare(searched, nodeKey);
+// Key comparison of the tree: negative when `searched` orders before
+// `nodeKey`, zero on a match, positive after. The rule per key type is
+// cow_KeyOrder<K> (core/cow_Element.h): int keys by the sign of the wrapped
+// 32-bit difference, so the keys of one tree must lie within 2^31 of each
+// other (nothing checks it).
+template <class K>
+inline std::int32_t cow_BtreeKeyCompare(K const& searched, K const& nodeKey) {
+    return cow_KeyOrder<K>::Compare(searched, nodeKey);
 }
 
 template <class K, class V>
-class cow_Btree;
+class ZORVANCOW_TYPE cow_Btree;
 template <class K, class V>
-class cow_BtreeIterator;
+class ZORVANCOW_TYPE cow_BtreeIterator;
+template <class T>
+struct cow_HandOverTraits;
+template <class K, class V, int PathLength = 48>
+class cow_BtreeStdIter;
 
 // One key/value pair of a tree, with its two child links and its depth.
 //
@@ -131,6 +134,7 @@ public:
 private:
     friend class cow_Btree<K, V>;
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree<K, V>>;  // rebuilds nodes and links (cow_HandOver.h)
 
     // Recomputes maxDepth from the children: 0 for a leaf, else one more than
     // the deeper child's maxDepth.
@@ -220,8 +224,39 @@ public:
     // Inspection: the value that ConstGet answers for an absent key.
     V const& GetDefaultValue() const { return defaultValue; }
 
+    // Standard interface (tree/detail/cow_BtreeStd.h). Iterators walk in key
+    // order, read only, and are invalidated by any write to this tree.
+    using key_type = K;
+    using mapped_type = V;
+    using value_type = cow_Entry<K, V>;
+    using size_type = std::size_t;
+    using difference_type = std::ptrdiff_t;
+    using const_iterator = cow_BtreeStdIter<K, V>;
+    using iterator = cow_BtreeStdIter<K, V>;
+    // A tree of the given key/value pairs; of equal keys the first one stays.
+    cow_Btree(std::initializer_list<std::pair<K, V>> entries);
+    // A tree of the pairs of [first, last) or of a range (a std::map, ...).
+    template <class It, class = cow_detail::EnableIterator<It>>
+    cow_Btree(It first, It last);
+    template <class R, class = cow_detail::EnableRange<R, cow_Btree>>
+    explicit cow_Btree(R const& range);
+    // Bidirectional iterators over the entries in key order.
+    cow_BtreeStdIter<K, V> begin() const { return cow_BtreeStdIter<K, V>(*this); }
+    cow_BtreeStdIter<K, V> end() const { return cow_BtreeStdIter<K, V>::End(*this); }
+    cow_BtreeStdIter<K, V> cbegin() const { return begin(); }
+    cow_BtreeStdIter<K, V> cend() const { return end(); }
+    // Number of entries, and whether there are none.
+    std::size_t size() const { return static_cast<std::size_t>(count); }
+    bool empty() const { return count == 0; }
+    // Whether `key` is held; the entry of `key`, or end(). Pure reads.
+    bool contains(K const& key) const { return IsMember(key); }
+    cow_BtreeStdIter<K, V> find(K const& key) const { return cow_BtreeStdIter<K, V>(*this, key); }
+    // The value of `key`, which must be held.
+    V const& at(K const& key) const;
+
 private:
     friend class cow_BtreeIterator<K, V>;
+    friend struct cow_HandOverTraits<cow_Btree>;  // sets root and count (cow_HandOver.h)
 
     // The node of `key`, or null; makes every node it visits private.
     Node* Find(K const& key);
@@ -273,8 +308,14 @@ public:
     // True when there is no current element.
     bool IsDone() const { return top == nullptr; }
     // Key and value of the current element. Precondition: not IsDone().
-    K const& CurrentKey() const { return top->link->ConstGet()->GetKey(); }
-    V const& CurrentValue() const { return top->link->ConstGet()->GetValue(); }
+    K const& CurrentKey() const {
+        ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::CurrentKey", "the iterator is done", "stack depth %d", 0);
+        return top->link->ConstGet()->GetKey();
+    }
+    V const& CurrentValue() const {
+        ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::CurrentValue", "the iterator is done", "stack depth %d", 0);
+        return top->link->ConstGet()->GetValue();
+    }
 
     // Inspection: the number of frames, which is the current node's level
     // plus one (0 when done).
@@ -293,7 +334,9 @@ private:
     };
 
     Node const* TopNode() const { return top->link->ConstGet(); }
-    void Push(Handle* link) { top = new Frame{link, top}; }
+    void Push(Handle* link) {
+        top = cow_Allocate([this, link] { return new Frame{link, top}; });
+    }
     // Unlinks and frees the top frame, if any.
     void Pop() {
         if (top == nullptr) return;
@@ -333,8 +376,8 @@ template <class K, class V>
 cow_BtreeNode<K, V>::cow_BtreeNode(cow_BtreeNode const& other)
     : value(other.value),
       key(other.key),
-      left(other.left != nullptr ? new Handle(*other.left) : nullptr),
-      right(other.right != nullptr ? new Handle(*other.right) : nullptr),
+      left(other.left != nullptr ? cow_Allocate([&other] { return new Handle(*other.left); }) : nullptr),
+      right(other.right != nullptr ? cow_Allocate([&other] { return new Handle(*other.right); }) : nullptr),
       maxDepth(other.maxDepth) {}
 
 template <class K, class V>
@@ -374,7 +417,7 @@ bool cow_BtreeNode<K, V>::InsertUnlessMember(K const& key_, V const& value_) {
     if (c == 0) return false;
     Handle*& slot = c < 0 ? left : right;
     if (slot == nullptr) {
-        slot = new Handle(new cow_BtreeNode(key_, value_));
+        slot = cow_Allocate([&] { return new Handle(new cow_BtreeNode(key_, value_)); });
         SetMaxDepth();
         return true;
     }
@@ -471,7 +514,7 @@ cow_Btree<K, V>::cow_Btree() : root(nullptr), count(0), defaultValue() {}
 template <class K, class V>
 cow_Btree<K, V>::cow_Btree(cow_Btree const& other)
     : root(nullptr), count(other.count), defaultValue(other.defaultValue) {
-    if (other.root != nullptr) root = new Handle(*other.root);
+    if (other.root != nullptr) root = cow_Allocate([&other] { return new Handle(*other.root); });
 }
 
 template <class K, class V>
@@ -486,7 +529,7 @@ cow_Btree<K, V> const& cow_Btree<K, V>::operator=(cow_Btree const& other) {
         delete root;
         root = nullptr;
     } else if (root == nullptr) {
-        root = new Handle(*other.root);
+        root = cow_Allocate([&other] { return new Handle(*other.root); });
     } else {
         // Raises the source's count before lowering ours: safe when both
         // trees already share the root node.
@@ -499,13 +542,13 @@ cow_Btree<K, V> const& cow_Btree<K, V>::operator=(cow_Btree const& other) {
 
 template <class K, class V>
 cow_Btree<K, V>* cow_Btree<K, V>::Copy() const {
-    return new cow_Btree(*this);
+    return cow_Allocate([this] { return new cow_Btree(*this); });
 }
 
 template <class K, class V>
 bool cow_Btree<K, V>::InsertUnlessMember(K const& key, V const& value) {
     if (root == nullptr) {
-        root = new Handle(new Node(key, value));
+        root = cow_Allocate([&] { return new Handle(new Node(key, value)); });
         count = 1;
         return true;
     }
@@ -590,6 +633,7 @@ void cow_BtreeIterator<K, V>::Last() {
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Next() {
+    ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Next", "the iterator is done", "stack depth %d", 0);
     if (Handle* down = TopNode()->right) {
         Push(down);
         while (Handle* next = TopNode()->left) Push(next);
@@ -605,6 +649,7 @@ void cow_BtreeIterator<K, V>::Next() {
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Previous() {
+    ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Previous", "the iterator is done", "stack depth %d", 0);
     if (Handle* down = TopNode()->left) {
         Push(down);
         while (Handle* next = TopNode()->right) Push(next);
@@ -622,20 +667,18 @@ void cow_BtreeIterator<K, V>::Previous() {
 
 template <class K, class V>
 cow_List<K> cow_BtreeUtils<K, V>::cow_Keys(cow_Btree<K, V> const& tree) {
-    cow_List<K> keys;
-    cow_BtreeIterator<K, V> it(tree);
-    for (it.First(); !it.IsDone(); it.Next()) keys.Append(it.CurrentKey());
-    return keys;
+    return cow_CollectWalk<K, cow_BtreeIterator<K, V>>(
+        tree, [](cow_BtreeIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
 }
 
 template <class K, class V>
 cow_List<V> cow_BtreeUtils<K, V>::cow_Values(cow_Btree<K, V> const& tree) {
-    cow_List<V> values;
-    cow_BtreeIterator<K, V> it(tree);
-    for (it.First(); !it.IsDone(); it.Next()) values.Append(it.CurrentValue());
-    return values;
+    return cow_CollectWalk<V, cow_BtreeIterator<K, V>>(
+        tree, [](cow_BtreeIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
 #include "zorvancow/tree/cow_BtreeExports.h"
+
+#include "zorvancow/tree/detail/cow_BtreeStd.h"
 
 #endif

@@ -1,0 +1,134 @@
+// One behaviour table run over every element type the library exports lists of.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "support/NoLeaks.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/cow_List.h"
+
+namespace {
+
+using testing_support::NoLeaks;
+
+// Element i of a run of distinct values, and values in ascending order with
+// the ends of each type's range (strings go by bytes while natural order is off).
+template <class T> T Make(int i) { return static_cast<T>(i); }
+template <> cow_String Make(int i) { return cow_String(std::to_string(i).c_str()); }
+template <class T> std::vector<T> Ascending() { return {T(-1.5), T(0), T(2.5), T(1e30)}; }
+template <> std::vector<int> Ascending() { return {INT_MIN, -1, 0, 1, INT_MAX}; }
+template <> std::vector<unsigned int> Ascending() { return {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}; }
+template <> std::vector<bool> Ascending() { return {false, true}; }
+template <> std::vector<cow_String> Ascending() { return {cow_String(""), cow_String("A"), cow_String("a10"), cow_String("a9"), cow_String("\xE4")}; }
+template <> std::vector<atr_String> Ascending() { return {atr_String(""), atr_String("A"), atr_String("a10"), atr_String("a9"), atr_String("\xE4")}; }
+
+template <class T> std::enable_if_t<std::is_arithmetic_v<T>, double> Plain(T value) { return static_cast<double>(value); }
+std::string Plain(atr_String const& value) { return value.GetCString(); }
+std::string Plain(cow_String const& value) { return value.GetCString(); }
+
+template <class List>
+auto Contents(List const& list) {
+    std::vector<decltype(Plain(list.ConstGet(0)))> out;
+    for (int i = 0; i < list.GetCount(); ++i) out.push_back(Plain(list.ConstGet(i)));
+    return out;
+}
+
+template <class List, class T>
+List Of(std::vector<T> const& values) {
+    List list;
+    for (T const& value : values) list.Append(value);
+    return list;
+}
+
+template <class T> class ListOf : public ::testing::Test {};
+using ListTypes = ::testing::Types<int, unsigned int, bool, float, double, cow_String, atr_String>;
+TYPED_TEST_SUITE(ListOf, ListTypes);
+
+TYPED_TEST(ListOf, SortOrdersByTheElementTypeIntoStorageOfItsOwn) {
+    NoLeaks noLeaks;
+    std::vector<TypeParam> const up = Ascending<TypeParam>();
+    cow_List<TypeParam> list;  // prepended: several blocks and a moved head
+    for (std::size_t i = 0; i < 9 * up.size(); ++i) list.Prepend(up[(i * 3 + i / up.size()) % up.size()]);
+    cow_List<TypeParam> const before(list);
+    auto const order = Contents(before);
+    list.Sort();
+    EXPECT_EQ(Contents(before), order) << "the copy keeps its order";
+    decltype(Contents(list)) expected;
+    for (TypeParam const& value : up) expected.insert(expected.end(), 9, Plain(value));
+    EXPECT_EQ(Contents(list), expected);
+    EXPECT_EQ(list.GetArray().GetHeadPosition(), 0) << "sorted into a fresh array";
+    for (int s = 0; s < list.GetArray().GetCapacity(); ++s) EXPECT_LE(list.GetArray().GetBlockCount(s), 1);
+}
+
+TYPED_TEST(ListOf, SearchRemovalAndDifferenceGoByEquality) {
+    NoLeaks noLeaks;
+    std::vector<TypeParam> const up = Ascending<TypeParam>();
+    TypeParam const a = up[0], b = up[1];
+    auto of = [](std::vector<TypeParam> const& values) { return Of<cow_List<TypeParam>>(values); };
+    auto list = of({b, a, b, a});
+    EXPECT_EQ(list.Position(a), 1);
+    EXPECT_TRUE(list.IsMember(b));
+    EXPECT_EQ(Contents(list - of({b})), Contents(of({a, a})))
+        << "every equal element goes, the others keep order and duplicates";
+    list.Remove(b).AppendUnlessMember(a);
+    EXPECT_EQ(Contents(list), Contents(of({a, b, a})));
+    EXPECT_TRUE(list.IsEqual(of({a, b, a})));
+    EXPECT_FALSE(list.IsEqual(of({a, b, b})));
+    if (up.size() > 2) {
+        EXPECT_EQ(list.Position(up[2]), -1);
+        EXPECT_EQ(list.AppendUnlessMember(up[2]).GetCount(), 4);
+    }
+}
+
+template <class T> class ArrayListOf : public ::testing::Test {};
+using ArrayListTypes = ::testing::Types<int, unsigned int, float, double, cow_String>;
+TYPED_TEST_SUITE(ArrayListOf, ArrayListTypes);
+
+TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
+    NoLeaks noLeaks;
+    auto const v = [](int i) { return Make<TypeParam>(i); };
+    cow_1DArrayList<TypeParam> list;
+    EXPECT_EQ(list.FindFirst(v(3)), 0) << "not found is the count";
+    for (int i : {0, 10, 20, 30, 40}) list.Append(v(i));
+    list.Insert(0, v(1));
+    list.Insert(3, v(15));
+    list.Insert(list.GetCount(), v(99));
+    auto const values = [&](std::vector<int> const& ints) {
+        std::vector<decltype(Plain(v(0)))> out;
+        for (int i : ints) out.push_back(Plain(v(i)));
+        return out;
+    };
+    EXPECT_EQ(Contents(list), values({1, 0, 10, 15, 20, 30, 40, 99}));
+    EXPECT_TRUE(list.Remove(100)) << "beyond the count: the last element goes";
+    EXPECT_TRUE(list.Remove(list.GetCount())) << "at the count likewise";
+    list.Remove(0);
+    EXPECT_EQ(Plain(list.Pop()), Plain(v(30)));
+    EXPECT_EQ(Contents(list), values({0, 10, 15, 20}));
+    EXPECT_EQ(Plain(list.ConstGet(7)), Plain(TypeParam())) << "vacated slots hold the zero value";
+
+    EXPECT_EQ(Contents(list.Slice(1, 100)), values({10, 15, 20}));
+    EXPECT_EQ(list.Slice(2, 2).GetCount() + list.Slice(3, 1).GetCount() + list.Slice(6, 9).GetCount(), 0);
+    cow_1DArrayList<TypeParam> out;
+    out.Append(v(7));
+    list.Slice(1, 3, out);
+    EXPECT_EQ(Contents(out), values({10, 15}));
+
+    list.Append(v(10));
+    EXPECT_EQ(list.FindLast(v(10)), 4);
+    EXPECT_EQ(list.FindLast(v(11)), list.GetCount());
+    list.RemoveMember(v(10));
+    EXPECT_EQ(Contents(list), values({0, 15, 20, 10}));
+
+    int size = -1;
+    TypeParam* plain = list.GetCArray(size);
+    std::vector<decltype(Plain(v(0)))> copied;
+    for (int i = 0; i < size; ++i) copied.push_back(Plain(plain[i]));
+    EXPECT_EQ(copied, Contents(list));
+    delete[] plain;
+}
+
+}  // namespace

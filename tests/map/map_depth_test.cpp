@@ -1,0 +1,143 @@
+// Maps as deep as they are large: string keys whose bytes are all even have
+// only 0 digits, so each one lands a level below the last.
+
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "support/FaultInjection.h"
+#include "support/NoLeaks.h"
+#include "zorvancow/map/cow_Map.h"
+
+namespace {
+
+using testing_support::NoLeaks;
+
+// Runs `work` on a thread with a 256 KiB stack: a walk that recursed once
+// per level would overflow it a few thousand levels down.
+void OnSmallStack(std::function<void()> work) {
+    pthread_attr_t attributes;
+    ASSERT_EQ(pthread_attr_init(&attributes), 0);
+    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+    pthread_t thread;
+    auto body = [](void* argument) -> void* {
+        (*static_cast<std::function<void()>*>(argument))();
+        return nullptr;
+    };
+    ASSERT_EQ(pthread_create(&thread, &attributes, body, &work), 0);
+    ASSERT_EQ(pthread_join(thread, nullptr), 0);
+    pthread_attr_destroy(&attributes);
+}
+
+// Key i: three even bytes, all distinct for i below 10^6.
+std::string EvenKey(int i) {
+    return {static_cast<char>(2 * (1 + i % 100)), static_cast<char>(2 * (1 + i / 100 % 100)),
+            static_cast<char>(2 * (1 + i / 10000))};
+}
+
+TEST(MapDepth, AChainOfTwentyThousandLevelsWalksCopiesAndDiesOnASmallStack) {
+    // Building the chain costs one step per level per key (quadratic: about
+    // two seconds here for 20,000 keys, see the README), which is why the
+    // chain is not longer; 20,000 levels are four times what a 256 KiB stack
+    // held with one call per level.
+    int const n = 20000;
+    NoLeaks noLeaks;
+    OnSmallStack([n] {
+        std::vector<cow_String> keys;
+        for (int i = 0; i < n; ++i) keys.emplace_back(EvenKey(i).c_str());
+        cow_Map<cow_String, int> map;
+        for (int i = 0; i < n; ++i) map.Insert(keys[i], i);
+        ASSERT_EQ(map.GetDepth(keys[n - 1]), n - 1);
+
+        // The node walk is pre-order, so the chain comes in insertion order.
+        {
+            cow_ConstMapIterator<cow_String, int> it(map);
+            int i = 0;
+            for (it.First(); !it.IsDone(); it.Next(), ++i) ASSERT_EQ(it.CurrentValue(), i);
+            EXPECT_EQ(i, n);
+        }
+        {
+            cow_ConstMapSortedIt<cow_String, int> sorted(map);
+            sorted.First();
+            cow_String const* previous = nullptr;
+            int seen = 0;
+            for (; !sorted.IsDone(); sorted.Next(), ++seen) {
+                if (previous != nullptr) {
+                    ASSERT_LT(cow_StringByteCompare(*previous, sorted.CurrentKey()), 0);
+                }
+                previous = &sorted.CurrentKey();
+            }
+            EXPECT_EQ(seen, n);
+        }
+        cow_List<cow_String> listed = cow_MapUtils<cow_String, int>::cow_Keys(map);
+        cow_List<int> values = cow_MapUtils<cow_String, int>::cow_Values(map);
+        ASSERT_EQ(listed.GetCount(), n);
+        EXPECT_EQ(cow_StringByteCompare(listed.ConstGet(n - 1), keys[n - 1]), 0);
+        EXPECT_EQ(values.ConstGet(n / 2), n / 2);
+
+        // A copy written at the bottom owns the whole path; the original
+        // keeps its value. Dropping the original then frees only the nodes
+        // the copy does not share, and the copy frees the rest.
+        cow_Map<cow_String, int>* copy = new cow_Map<cow_String, int>(map);
+        copy->Get(keys[n - 1]) = -1;
+        EXPECT_TRUE(copy->Remove(keys[n / 2]));
+        EXPECT_EQ(map.ConstGet(keys[n - 1]), n - 1);
+        map = cow_Map<cow_String, int>();
+        EXPECT_EQ(copy->ConstGet(keys[n - 1]), -1);
+        EXPECT_EQ(copy->GetCount(), n - 1);
+        delete copy;
+    });
+}
+
+TEST(MapDepth, DestructionOfWideAndDeepSubtreesFreesEveryNodeOnce) {
+    // Integer keys fill every branch, so the destruction stack holds both
+    // sides of many nodes; a copy that shares half of the tree keeps it.
+    NoLeaks noLeaks;
+    auto* a = new cow_Map<int, cow_String>;
+    cow_String text("shared");
+    for (int i = 0; i < 5000; ++i) a->Insert(i * 7919, text);
+    cow_Map<int, cow_String> b = *a;
+    for (int i = 0; i < 5000; i += 2) b.Remove(i * 7919);
+    delete a;
+    EXPECT_EQ(b.GetCount(), 2500);
+    for (int i = 1; i < 5000; i += 2) ASSERT_TRUE(b.IsMember(i * 7919));
+    EXPECT_EQ(text.GetShareCount(), 2501);
+}
+
+#if ZORVANCOW_CHECKED
+TEST(MapCheckedDeathTest, AnIteratorAtItsEndHasNoEntry) {
+    cow_Map<int, int> map;
+    map.Insert(1, 2);
+    cow_ConstMapIterator<int, int> it(map);
+    it.First();
+    it.Next();
+    EXPECT_DEATH(it.CurrentKey(), "^cow_ConstMapIterator::CurrentKey: the iterator is done \\(position 1, count 1\\)\n");
+    EXPECT_DEATH(it.CurrentValue(), "cow_ConstMapIterator::CurrentValue: the iterator is done");
+}
+#endif
+
+TEST(MapFaultInjectionDeathTest, EveryFailedAllocationEndsInOneLine) {
+    testing_support::ExpectEveryAllocationFailureAborts([] {
+        cow_Map<cow_String, cow_List<int>> map;
+        cow_List<int> list;
+        list.Append(1).Append(2);
+        for (int i = 0; i < 12; ++i) map.Insert(cow_String(EvenKey(i * 37).c_str()), list);
+        cow_Map<cow_String, cow_List<int>> copy = map;
+        copy.Get(cow_String(EvenKey(5 * 37).c_str())).Append(3);
+        copy.Remove(cow_String(EvenKey(0).c_str()));
+        cow_Map<int, double> numbers;
+        for (int i = 0; i < 30; ++i) numbers.Insert(i * 5, i);
+        cow_Map<int, double> other = numbers;
+        other.Remove(10);
+        cow_ConstMapSortedIt<int, double> sorted(other);
+        sorted.First();
+        cow_List<int> keys = cow_MapUtils<int, double>::cow_Keys(numbers);
+        testing_support::FaultPause pause;
+        EXPECT_EQ(keys.GetCount(), 30);
+    });
+}
+
+}  // namespace

@@ -1,0 +1,257 @@
+// Every container used the way a C++17 programmer uses a standard one:
+// range-for, standard algorithms over its iterators, the usual names,
+// initializer lists and ranges, operators, hashing, printing, and cow_String
+// next to std::string.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <numeric>
+#include <random>
+#include <sstream>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "support/NoLeaks.h"
+#include "zorvancow/zorvancow.h"
+
+namespace {
+
+template <class C>
+std::string Printed(C const& value) {
+    std::ostringstream out;
+    out << value;
+    return out.str();
+}
+
+TEST(StandardSequences, IteratorsAgreeWithIndexingAcrossBlocksAndHeads) {
+    testing_support::NoLeaks noLeaks;
+    std::mt19937 random(3);
+    std::vector<int> model;
+    cow_List<int> list;
+    // Growth at both ends puts the head inside a block and the elements in many blocks.
+    for (int i = 0; i < 700; ++i) {
+        int v = static_cast<int>(random() % 10000);
+        if (i % 3 == 0) {
+            list.Prepend(v);
+            model.insert(model.begin(), v);
+        } else {
+            list.Append(v);
+            model.push_back(v);
+        }
+    }
+    list.RemoveFirst();
+    model.erase(model.begin());
+    cow_1DArray<int> array(model);
+    cow_1DArrayList<int> arrayList(model.begin(), model.end());
+
+    auto check = [&](auto const& c) {
+        using std::begin;
+        using std::end;
+        auto first = begin(c);
+        auto last = end(c);
+        ASSERT_EQ(last - first, static_cast<std::ptrdiff_t>(model.size()));
+        EXPECT_TRUE(std::equal(first, last, model.begin(), model.end()));
+        EXPECT_EQ(std::accumulate(first, last, 0L), std::accumulate(model.begin(), model.end(), 0L));
+        std::vector<int> reversed(std::make_reverse_iterator(last), std::make_reverse_iterator(first));
+        EXPECT_TRUE(std::equal(reversed.rbegin(), reversed.rend(), model.begin()));
+        for (int trial = 0; trial < 200; ++trial) {
+            std::ptrdiff_t i = static_cast<std::ptrdiff_t>(random() % model.size());
+            std::ptrdiff_t j = static_cast<std::ptrdiff_t>(random() % (model.size() + 1));
+            auto at = first + i;
+            EXPECT_EQ(*at, model[static_cast<std::size_t>(i)]);
+            EXPECT_EQ(first[i], c[static_cast<std::size_t>(i)]);
+            EXPECT_EQ((first + j) - at, j - i);
+            EXPECT_EQ(at < first + j, i < j);
+            EXPECT_EQ((at += j - i) == first + j, true);
+        }
+        auto found = std::find(first, last, model[500]);
+        EXPECT_EQ(*found, model[500]);
+        EXPECT_EQ(found - first, std::find(model.begin(), model.end(), model[500]) - model.begin());
+        std::vector<int> sorted(first, last);
+        std::sort(sorted.begin(), sorted.end());
+        EXPECT_TRUE(std::is_permutation(sorted.begin(), sorted.end(), model.begin()));
+        long blockSum = 0;
+        std::size_t runs = 0;
+        for (cow_Span<int const> run : cow_Blocks(c)) {
+            blockSum = std::accumulate(run.begin(), run.end(), blockSum);
+            ++runs;
+        }
+        EXPECT_EQ(blockSum, std::accumulate(model.begin(), model.end(), 0L));
+        EXPECT_GT(runs, 2u);
+        EXPECT_EQ(c.front(), model.front());
+        EXPECT_EQ(c.back(), model.back());
+    };
+    check(list);
+    check(array);
+    check(arrayList);
+}
+
+TEST(StandardSequences, ConstructionOperatorsHashAndPrinting) {
+    testing_support::NoLeaks noLeaks;
+    cow_List<int> list{1, 2, 3};
+    cow_List<int> fromVector(std::vector<int>{1, 2, 3});
+    cow_1DArray<int> array{1, 2, 3};
+    cow_FixedArray<int> fixed{1, 2, 3};
+    cow_FixedArray<double> nan{std::nan("")};
+    EXPECT_EQ(list, fromVector);
+    EXPECT_EQ(list.size(), 3u);
+    EXPECT_FALSE(list.empty());
+    EXPECT_LT(list, (cow_List<int>{1, 2, 4}));
+    EXPECT_LT((cow_List<int>{1, 2}), list);
+    EXPECT_GE(list, fromVector);
+    EXPECT_NE(array, (cow_1DArray<int>{1, 2}));
+    EXPECT_EQ(fixed, (cow_FixedArray<int>(std::vector<int>{1, 2, 3})));
+    EXPECT_NE(nan, nan);  // the fixed array's own equality: a NaN is unequal to itself
+    cow_List<double> nanList{std::nan("")};
+    EXPECT_EQ(nanList, nanList);  // list equality: one storage, the same element
+    EXPECT_NE(nanList, cow_List<double>{std::nan("")});
+
+    EXPECT_EQ(Printed(list), "{1, 2, 3}");
+    EXPECT_EQ(Printed(cow_List<cow_List<int>>{list, {}}), "{{1, 2, 3}, {}}");
+    EXPECT_EQ(Printed(cow_1DArrayList<cow_String>{cow_String("a"), cow_String()}), "{a, }");
+    EXPECT_EQ(std::hash<cow_List<int>>()(list), std::hash<cow_List<int>>()(fromVector));
+    EXPECT_NE(std::hash<cow_List<int>>()(list), std::hash<cow_List<int>>()(cow_List<int>{3, 2, 1}));
+    std::unordered_set<cow_List<cow_String>, std::hash<cow_List<cow_String>>> sets;
+    sets.insert(cow_List<cow_String>{cow_String("x")});
+    EXPECT_EQ(sets.count(cow_List<cow_String>{cow_String("x")}), 1u);
+    EXPECT_EQ(std::hash<cow_FixedArray<int>>()(fixed), std::hash<cow_1DArray<int>>()(array));
+
+    cow_2DArray<int> matrix(3, 4, 1);
+    matrix.Get(2, 3) = 5;
+    std::vector<int> rowSums;
+    for (cow_Span<int const> row : matrix.Rows()) rowSums.push_back(std::accumulate(row.begin(), row.end(), 0));
+    EXPECT_EQ(rowSums, (std::vector<int>{4, 4, 8}));
+    EXPECT_EQ(std::count(matrix.begin(), matrix.end(), 1), 11);
+    EXPECT_EQ(matrix.Row(2).back(), 5);
+}
+
+TEST(StandardSequences, AtRefusesAnIndexPastTheEnd) {
+    cow_List<int> list{1, 2};
+    cow_Map<int, int> map{{1, 1}};
+    EXPECT_EQ(list.at(1), 2);
+    EXPECT_DEATH((void)list.at(2), "cow_List::at: index 2 is outside 0..1");
+    EXPECT_DEATH((void)cow_1DArray<int>().at(0), "cow_1DArray::at: index 0");
+    EXPECT_DEATH((void)map.at(2), "cow_Map::at: the key is not held");
+    cow_Btree<int, int> tree;
+    EXPECT_DEATH((void)tree.at(2), "cow_Btree::at: the key is not held");
+}
+
+TEST(StandardTree, KeyOrderWalksBothWaysWithStructuredBindings) {
+    testing_support::NoLeaks noLeaks;
+    std::map<int, std::string> model;
+    cow_Btree<int, cow_String> tree;
+    std::mt19937 random(11);
+    for (int i = 0; i < 2000; ++i) {
+        int key = static_cast<int>(random() % 5000) - 2500;
+        std::string text = std::to_string(i);
+        if (model.emplace(key, text).second) tree.InsertUnlessMember(key, cow_String(text));
+    }
+    ASSERT_EQ(tree.size(), model.size());
+    auto expected = model.begin();
+    for (auto const& [key, value] : tree) {
+        ASSERT_EQ(key, expected->first);
+        EXPECT_EQ(value, expected->second);
+        ++expected;
+    }
+    auto back = tree.end();
+    for (auto rit = model.rbegin(); rit != model.rend(); ++rit) EXPECT_EQ((--back)->first, rit->first);
+    EXPECT_EQ(back, tree.begin());
+    // find stands on the key, and walks on from there both ways.
+    auto it = tree.find(model.begin()->first + 0);
+    auto mit = model.find(model.begin()->first);
+    for (int step = 0; step < 10; ++step, ++it, ++mit) EXPECT_EQ(it->first, mit->first);
+    EXPECT_EQ(tree.find(99999), tree.end());
+    EXPECT_TRUE(tree.contains(model.rbegin()->first));
+
+    // The path-free walk, taken when a path could be too deep to keep, gives the same order.
+    using Shallow = cow_BtreeStdIter<int, cow_String, 2>;
+    std::vector<int> keys;
+    for (Shallow s(tree); s != Shallow::End(tree); ++s) keys.push_back(s->first);
+    EXPECT_TRUE(std::equal(keys.begin(), keys.end(), model.begin(), model.end(),
+                           [](int k, auto const& entry) { return k == entry.first; }));
+    Shallow last = Shallow::End(tree);
+    EXPECT_EQ((--last)->first, model.rbegin()->first);
+    EXPECT_EQ((--last)->first, std::next(model.rbegin())->first);
+
+    cow_Btree<std::string, int> fromMap(std::map<std::string, int>{{"b", 2}, {"a", 1}});
+    EXPECT_EQ(Printed(fromMap), "{a: 1, b: 2}");
+    EXPECT_EQ(fromMap, (cow_Btree<std::string, int>{{"a", 1}, {"b", 2}, {"a", 9}}));
+    std::vector<std::pair<std::string, int>> pairs(fromMap.begin(), fromMap.end());
+    EXPECT_EQ(pairs[1], (std::pair<std::string, int>("b", 2)));
+}
+
+TEST(StandardMap, SnapshotWalksSortedViewsAndFind) {
+    testing_support::NoLeaks noLeaks;
+    cow_Map<int, int> map{{5, 50}, {3, 30}, {6, 60}, {1, 10}, {7, 70}, {2, 20}, {4, 40}, {0, 0}};
+    std::vector<int> walk;
+    for (auto const& [key, value] : map) {
+        walk.push_back(key);
+        EXPECT_EQ(value, key * 10);
+        map.Remove(key);  // the walk goes over the snapshot taken at begin()
+    }
+    EXPECT_EQ(walk, (std::vector<int>{5, 6, 4, 0, 2, 3, 1, 7}));  // the node walk's order
+    EXPECT_TRUE(map.empty());
+
+    cow_Map<cow_String, int> strings{{cow_String("b"), 1}, {cow_String("ab"), 2}, {cow_String("a"), 3}};
+    EXPECT_EQ(Printed(strings.Sorted()), "{a: 3, ab: 2, b: 1}");
+    EXPECT_EQ(Printed(strings.Sorted(true)), "{b: 1, ab: 2, a: 3}");
+    EXPECT_EQ(strings.at(cow_String("ab")), 2);
+    auto found = strings.find(cow_String("ab"));
+    ASSERT_NE(found, strings.end());
+    EXPECT_EQ(found->second, 2);
+    std::size_t after = 0;
+    for (++found; found != strings.end(); ++found) ++after;
+    std::size_t position = 0;
+    for (auto const& entry : strings) {
+        if (entry.first == "ab") break;
+        ++position;
+    }
+    EXPECT_EQ(after, strings.size() - position - 1);
+
+    cow_Map<int, int> copy(std::map<int, int>{{1, 1}, {2, 2}});
+    cow_Map<int, int> other{{2, 2}, {1, 1}};
+    EXPECT_EQ(copy, other);
+    other.Insert(2, 3);
+    EXPECT_NE(copy, other);
+    EXPECT_EQ(std::count_if(other.begin(), other.end(), [](auto entry) { return entry.second > 1; }), 1);
+    std::map<int, int> back(other.begin(), other.end());
+    EXPECT_EQ(back, (std::map<int, int>{{1, 1}, {2, 3}}));
+    // A walk holds the tree like any copy, and gives it back.
+    {
+        auto it = other.begin();
+        EXPECT_EQ(other.GetRoot().GetShareCount(), 2);
+    }
+    EXPECT_EQ(other.GetRoot().GetShareCount(), 1);
+}
+
+TEST(StandardString, ConversionsComparisonsAndHash) {
+    testing_support::NoLeaks noLeaks;
+    std::string text = "z\xe4";
+    cow_String value(text);
+    std::string_view view = value;
+    EXPECT_EQ(view, text);
+    EXPECT_EQ(static_cast<std::string>(value), text);
+    EXPECT_EQ(value, text);
+    EXPECT_EQ("z\xe4", value);
+    EXPECT_EQ(cow_String(), cow_String(""));
+    EXPECT_LT(cow_String("z"), value);  // unsigned bytes
+    EXPECT_LT(cow_String("abc"), cow_String("abcd"));
+    atr_setNaturalOrder(1);
+    EXPECT_LT(cow_String("a10"), cow_String("a9"));  // == and < never use natural order
+    atr_setNaturalOrder(0);
+    EXPECT_EQ(std::hash<cow_String>()(value), std::hash<std::string_view>()(text));
+    std::unordered_map<cow_String, int> counts;
+    ++counts[cow_String("x")];
+    ++counts[cow_String("x")];
+    EXPECT_EQ(counts[cow_String("x")], 2);
+    EXPECT_EQ(Printed(value), text);
+    EXPECT_EQ(value.size(), 2u);
+    EXPECT_TRUE(cow_String().empty());
+}
+
+}  // namespace

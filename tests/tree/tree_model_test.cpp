@@ -1,0 +1,92 @@
+// Trees that share nodes through copies and assignments take random writes;
+// after every step each one must match a std::map of its own, both ways.
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+
+#include "support/ModelTest.h"
+#include "zorvancow/tree/cow_Btree.h"
+
+namespace {
+
+using Tree = cow_Btree<cow_String, cow_String>;
+using Node = cow_BtreeNode<cow_String, cow_String>;
+using Model = std::map<std::string, std::string>;
+
+std::string Text(cow_String const& value) { return value.GetCString(); }
+
+// Checks key order, that no stored depth lies below the exact one, and that
+// leaves store 0. Returns the exact depth of the subtree, -1 when empty.
+int CheckStructure(Tree::Handle const* link, std::string const* low, std::string const* high) {
+    if (link == nullptr) return -1;
+    Node const* node = link->ConstGet();
+    std::string const key = Text(node->GetKey());
+    EXPECT_TRUE((low == nullptr || *low < key) && (high == nullptr || key < *high)) << key;
+    int const l = CheckStructure(node->GetLeft(), low, &key);
+    int const r = CheckStructure(node->GetRight(), &key, high);
+    int const exact = 1 + (l > r ? l : r);
+    EXPECT_TRUE(exact == 0 ? node->GetMaxDepth() == 0 : node->GetMaxDepth() >= exact) << "at key " << key;
+    return exact;
+}
+
+TEST(TreeModel, WritesToOneTreeNeverShowInItsCopies) {
+    testing_support::ModelTest<Tree, Model> run(20261123, 4);
+    std::string key, value;
+    auto pickKey = [&] {
+        key = "k" + std::to_string(100 + run.Below(160));
+        value = "v" + std::to_string(run.Step());
+    };
+    using Slot = decltype(run)::Slot;
+    run.Run(20000,
+            {{3, [&](Slot& s) {
+                  pickKey();
+                  EXPECT_EQ(s.value.InsertUnlessMember(cow_String(key.c_str()), cow_String(value.c_str())),
+                            s.model.emplace(key, value).second);
+              }},
+             {2, [&](Slot& s) {
+                  pickKey();
+                  EXPECT_EQ(s.value.Remove(cow_String(key.c_str())), s.model.erase(key) == 1);
+              }},
+             {2, [&](Slot& s) {
+                  pickKey();
+                  cow_String* held = s.value.Get(cow_String(key.c_str()));
+                  ASSERT_EQ(held != nullptr, s.model.count(key) == 1);
+                  if (held != nullptr) *held = cow_String(value.c_str()), s.model[key] = value;
+              }},
+             {1, [&](Slot& s) {
+                  pickKey();
+                  auto found = s.model.find(key);
+                  EXPECT_EQ(Text(s.value.ConstGet(cow_String(key.c_str()))),
+                            found == s.model.end() ? std::string() : found->second);
+              }},
+             run.CopyFromAny(1),
+             {1, [&](Slot& s) {
+                  if (run.Below(8) == 0) {  // rarely drop everything, to pass through the empty state
+                      s = Slot{};
+                      return;
+                  }
+                  Slot const& from = run.Any();
+                  Tree* copy = from.value.Copy();
+                  s.value = *copy, s.model = from.model;
+                  delete copy;
+              }}},
+            [&](Slot const& s) {
+                ASSERT_EQ(s.value.GetCount(), static_cast<int>(s.model.size()));
+                ASSERT_EQ(s.value.GetRoot() == nullptr, s.model.empty());
+                cow_BtreeIterator<cow_String, cow_String> it(s.value);
+                auto expected = s.model.begin();
+                for (it.First(); !it.IsDone(); it.Next(), ++expected) {
+                    ASSERT_NE(expected, s.model.end());
+                    ASSERT_EQ(Text(it.CurrentKey()), expected->first);
+                    ASSERT_EQ(Text(it.CurrentValue()), expected->second);
+                }
+                ASSERT_EQ(expected, s.model.end());
+                auto reverse = s.model.rbegin();
+                for (it.Last(); !it.IsDone(); it.Previous(), ++reverse) ASSERT_EQ(Text(it.CurrentKey()), reverse->first);
+                if (run.Step() % 16 == 0) CheckStructure(s.value.GetRoot(), nullptr, nullptr);
+            });
+}
+
+}  // namespace

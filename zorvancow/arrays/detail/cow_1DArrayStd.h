@@ -1,0 +1,276 @@
+#ifndef ZORVANCOW_ARRAYS_DETAIL_COW_1DARRAYSTD_H
+#define ZORVANCOW_ARRAYS_DETAIL_COW_1DARRAYSTD_H
+
+// The standard interface of the blocked array, shared with the lists that
+// sit on it: a random-access iterator that steps inside a block and reads
+// the table once per block, a block-wise walk that hands out contiguous
+// spans, and the members of cow_1DArray declared in its class.
+//
+// Iterators read only: they give const references and never unshare. They
+// point into the blocks of the value they came from and do not hold a count,
+// so any write to that value (Get, GetHead, RemoveHead, Grow, SetFromArray,
+// assignment, destruction) invalidates them, as a write to a std::vector
+// does. Writes to copies are harmless: a copy unshares before it writes. For
+// a walk that survives writes to the walked value, copy the value first and
+// walk the copy (one increment), or use cow_1DArrayIter, which does that.
+//
+// Reading an element that lies in a slot that was never created (a sized
+// array that was never written there) creates its block, as
+// PartialArrayConstGet does: the new block holds the default elements that
+// the slot stood for.
+
+#include <cstddef>
+#include <initializer_list>
+#include <iterator>
+
+#include "zorvancow/core/cow_Std.h"
+
+template <class T>
+class cow_BlockIterator {
+public:
+    using iterator_category = std::random_access_iterator_tag;
+    using iterator_concept = std::random_access_iterator_tag;
+    using value_type = T;
+    using difference_type = std::ptrdiff_t;
+    using pointer = T const*;
+    using reference = T const&;
+
+    // A singular iterator, equal to other singular ones and to the ends of empty values.
+    cow_BlockIterator() = default;
+    // On element `index` (0 to `count`) of `array`, whose walk ends after
+    // element `count` - 1, counted from the head.
+    cow_BlockIterator(cow_1DArray<T> const& array, int index, int count)
+        : array(&array), head(array.GetHeadPosition()), shift(array.GetShift()), stop(head + count) {
+        Seek(index);
+    }
+
+    T const& operator*() const { return *current; }
+    T const* operator->() const { return current; }
+    T const& operator[](difference_type n) const { return *(*this + n); }
+
+    cow_BlockIterator& operator++() {
+        if (++current == blockEnd) NextBlock();
+        return *this;
+    }
+    cow_BlockIterator operator++(int) {
+        cow_BlockIterator old = *this;
+        ++*this;
+        return old;
+    }
+    cow_BlockIterator& operator--() {
+        if (current == blockEnd - Length()) {
+            PreviousBlock();
+        } else {
+            --current;
+        }
+        return *this;
+    }
+    cow_BlockIterator operator--(int) {
+        cow_BlockIterator old = *this;
+        --*this;
+        return old;
+    }
+    cow_BlockIterator& operator+=(difference_type n) {
+        Seek(Index() + n);
+        return *this;
+    }
+    cow_BlockIterator& operator-=(difference_type n) { return *this += -n; }
+    friend cow_BlockIterator operator+(cow_BlockIterator it, difference_type n) { return it += n; }
+    friend cow_BlockIterator operator+(difference_type n, cow_BlockIterator it) { return it += n; }
+    friend cow_BlockIterator operator-(cow_BlockIterator it, difference_type n) { return it -= n; }
+    friend difference_type operator-(cow_BlockIterator const& a, cow_BlockIterator const& b) {
+        return a.Index() - b.Index();
+    }
+
+    // Two iterators on one value are equal when they stand on one element;
+    // the end stands one past the last element, in the last element's block.
+    friend bool operator==(cow_BlockIterator const& a, cow_BlockIterator const& b) { return a.current == b.current; }
+    friend bool operator!=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return a.current != b.current; }
+    friend bool operator<(cow_BlockIterator const& a, cow_BlockIterator const& b) { return a.Index() < b.Index(); }
+    friend bool operator>(cow_BlockIterator const& a, cow_BlockIterator const& b) { return b < a; }
+    friend bool operator<=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(b < a); }
+    friend bool operator>=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(a < b); }
+
+private:
+    difference_type Length() const { return difference_type{1} << shift; }
+    // The element's index counted from the head.
+    difference_type Index() const {
+        if (current == nullptr) return 0;
+        return (static_cast<difference_type>(slot) << shift) + (current - (blockEnd - Length())) - head;
+    }
+    // The storage of the block in slot `s`, whose element at position `p` is
+    // wanted; an absent block is created by the array's own const read.
+    T const* BlockData(int s, int p) const {
+        if (auto const* block = array->GetBlock(s)) return block->GetData();
+        return &array->PartialArrayConstGet(p - head) - (p - (s << shift));
+    }
+    void Seek(difference_type index) {
+        if (array == nullptr || stop == head) {
+            current = blockEnd = nullptr;
+            return;
+        }
+        int const p = head + static_cast<int>(index);
+        // The end lies one past the last element, in that element's block.
+        int const q = p == stop ? p - 1 : p;
+        slot = q >> shift;
+        T const* base = BlockData(slot, q);
+        current = base + (q - (slot << shift)) + (p == stop ? 1 : 0);
+        blockEnd = base + Length();
+    }
+    void NextBlock() {
+        int const next = (slot + 1) << shift;
+        if (next >= stop) return;  // one past the last element: the end
+        ++slot;
+        current = BlockData(slot, next);
+        blockEnd = current + Length();
+    }
+    void PreviousBlock() {
+        --slot;
+        T const* base = BlockData(slot, (slot << shift) + static_cast<int>(Length()) - 1);
+        blockEnd = base + Length();
+        current = blockEnd - 1;
+    }
+
+    cow_1DArray<T> const* array = nullptr;
+    T const* current = nullptr;   // the element
+    T const* blockEnd = nullptr;  // one past the storage of its block
+    int slot = 0;                 // the block's slot
+    int head = 0;                 // the array's head position
+    int shift = 0;                // log2 of the block length
+    int stop = 0;                 // the position one past the last element
+};
+
+// A block-wise walk: the elements of an array or list as contiguous spans,
+// one per block (the first and last ones partial). Each step reads the
+// table once; inside a span, standard algorithms run over plain pointers:
+//
+//     for (cow_Span<int const> run : cow_Blocks(list)) sum = std::accumulate(run.begin(), run.end(), sum);
+//
+// It reads only, and is invalidated like the iterators above.
+template <class T>
+class cow_BlockRange {
+public:
+    class iterator {
+    public:
+        using iterator_category = std::forward_iterator_tag;
+        using value_type = cow_Span<T const>;
+        using difference_type = std::ptrdiff_t;
+        using pointer = void;
+        using reference = cow_Span<T const>;
+
+        iterator() = default;
+        iterator(cow_1DArray<T> const* array, int position, int stop) : array(array), position(position), stop(stop) {}
+
+        cow_Span<T const> operator*() const {
+            int const shift = array->GetShift();
+            int const s = position >> shift;
+            int const offset = position - (s << shift);
+            int const length = (1 << shift) - offset;
+            int const count = length < stop - position ? length : stop - position;
+            auto const* block = array->GetBlock(s);
+            T const* data = block != nullptr ? block->GetData() + offset
+                                             : &array->PartialArrayConstGet(position - array->GetHeadPosition());
+            return cow_Span<T const>(data, static_cast<std::size_t>(count));
+        }
+        iterator& operator++() {
+            int const shift = array->GetShift();
+            position = ((position >> shift) + 1) << shift;
+            if (position > stop) position = stop;
+            return *this;
+        }
+        iterator operator++(int) {
+            iterator old = *this;
+            ++*this;
+            return old;
+        }
+        friend bool operator==(iterator const& a, iterator const& b) { return a.position == b.position; }
+        friend bool operator!=(iterator const& a, iterator const& b) { return a.position != b.position; }
+
+    private:
+        cow_1DArray<T> const* array = nullptr;
+        int position = 0;
+        int stop = 0;
+    };
+
+    // The first `count` elements of `array`, counted from its head.
+    cow_BlockRange(cow_1DArray<T> const& array, int count)
+        : array(&array), first(array.GetHeadPosition()), stop(array.GetHeadPosition() + count) {}
+
+    iterator begin() const { return iterator(array, first, stop); }
+    iterator end() const { return iterator(array, stop, stop); }
+
+private:
+    cow_1DArray<T> const* array;
+    int first;
+    int stop;
+};
+
+// The block-wise walk of an array.
+template <class T>
+cow_BlockRange<T> cow_Blocks(cow_1DArray<T> const& array) {
+    return cow_BlockRange<T>(array, array.GetSize());
+}
+
+// Calls `f(T const* data, std::size_t n)` once per run of contiguous
+// elements of an array or list, in order.
+template <class Container, class F>
+void cow_ForEachBlock(Container const& container, F&& f) {
+    for (cow_Span<typename Container::value_type const> run : cow_Blocks(container)) f(run.data(), run.size());
+}
+
+// ---------------------------------------------------------------------------
+// Members of cow_1DArray
+
+template <class T>
+inline cow_1DArray<T>::cow_1DArray(std::initializer_list<T> values) : cow_1DArray(values.begin(), values.end()) {}
+
+template <class T>
+template <class It, class>
+inline cow_1DArray<T>::cow_1DArray(It first, It last) : cow_1DArray() {
+    if constexpr (std::is_base_of<std::forward_iterator_tag,
+                                  typename std::iterator_traits<It>::iterator_category>::value) {
+        // A sized array: its block length and table follow from the size.
+        *this = cow_1DArray(static_cast<int>(std::distance(first, last)));
+    }
+    for (int i = 0; first != last; ++first, ++i) Get(i) = *first;
+}
+
+template <class T>
+template <class R, class>
+inline cow_1DArray<T>::cow_1DArray(R const& range) : cow_1DArray(cow_detail::Begin(range), cow_detail::End(range)) {}
+
+// Random-access iterators over an array's elements, head first, for
+// range-for, std::ranges and calls as begin(array), end(array).
+template <class T>
+inline cow_BlockIterator<T> begin(cow_1DArray<T> const& array) {
+    return array.cbegin();
+}
+template <class T>
+inline cow_BlockIterator<T> end(cow_1DArray<T> const& array) {
+    return array.cend();
+}
+// The same for a non-const array, which std::ranges looks for by exact type.
+template <class T>
+inline cow_BlockIterator<T> begin(cow_1DArray<T>& array) {
+    return array.cbegin();
+}
+template <class T>
+inline cow_BlockIterator<T> end(cow_1DArray<T>& array) {
+    return array.cend();
+}
+
+template <class T>
+inline T const& cow_1DArray<T>::at(std::size_t i) const {
+    if (i >= size()) cow_detail::AtFailed("cow_1DArray", "index", static_cast<long long>(i), GetSize());
+    return PartialArrayConstGet(static_cast<int>(i));
+}
+
+template <class T>
+struct cow_IsSequence<cow_1DArray<T>> : std::true_type {};
+
+namespace std {
+template <class T>
+struct hash<cow_1DArray<T>> : cow_detail::SequenceHash<cow_1DArray<T>> {};
+}  // namespace std
+
+#endif

@@ -1,0 +1,255 @@
+#ifndef ZORVANCOW_CORE_COW_HANDOVER_H
+#define ZORVANCOW_CORE_COW_HANDOVER_H
+
+// Handing a value to another thread.
+//
+// Counts are plain integers, so values that share storage must stay on one
+// thread: even copying or destroying one of them writes a count that the
+// others read. cow_HandOver(value) gives a copy that shares no storage with
+// any other value, at any level: a new table and new blocks for arrays and
+// lists, new nodes for trees and maps, a new representation for fixed shapes
+// and handles, a new text for every string, and the same again for every
+// nested container. Nothing links the copy to the sender's values, so the
+// copy may go to another thread while the sender goes on reading, copying
+// and writing its own.
+//
+// The rule: call it on the thread that owns `value` (and every value sharing
+// storage with it), and let the result reach the other thread without a copy
+// of it staying behind. The containers have no move constructors, so passing
+// the result by value (an argument of std::thread, a lambda capture, a
+// promise) copies it, and the copy left on the sender's side shares its
+// counts until the sender destroys it, possibly while the receiver works.
+// Two ways that leave nothing behind:
+// - cow_HandOverPtr(value): the copy made in place on the heap, owned by a
+//   std::unique_ptr, which moves across as a pointer;
+// - a variable initialised from cow_HandOver(value) that the sender does not
+//   touch again until it has synchronised with the receiver (joined it, say),
+//   when it may destroy it.
+// From then on the receiver owns the copy and everything that it shares with
+// its own copies.
+//
+// Cost: a deep copy, linear in the elements and strings; every piece is
+// allocated again. What the copy keeps:
+// - arrays and lists: the same elements and size; a list's storage starts at
+//   position 0 and holds exactly its count (no high-water mark), an array
+//   gets the block length that its size would pick (see cow_1DArray(int)).
+//   Slots that hold no block stay without one.
+// - trees: the exact shape, node by node, with the stored depths;
+// - maps: the exact shape (keys are put back in the order of the node walk,
+//   which rebuilds every node at its old place);
+// - fixed arrays and matrices: their extents and elements.
+// A tree's default value is a new default value of the value type.
+//
+// Plain numbers, bool and plain records (trivially copyable types) are
+// copied as they are. The radix tables are not covered: their copies are
+// deep already except for the texts of cow_String elements, and a type
+// without a rule here fails to compile.
+
+#include <memory>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/core/cow_COW.h"
+#include "zorvancow/core/cow_String.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
+#include "zorvancow/lists/cow_List.h"
+#include "zorvancow/map/cow_Map.h"
+#include "zorvancow/shapes/cow_2DArray.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvancow/tree/cow_Btree.h"
+#include "zorvanbase/omi_BlkBitVect.h"
+
+// How one type is handed over: Copy(value) returns a copy that shares no
+// storage. The general rule is for plain types; each container family has
+// its own rule below.
+template <class T>
+struct cow_HandOverTraits {
+    static_assert(std::is_trivially_copyable<T>::value,
+                  "cow_HandOver: this type has no hand-over rule (plain types and the library's containers have one)");
+    static T Copy(T const& value) { return value; }
+};
+
+// A copy of `value` that shares no storage with any other value, at any
+// level. Call it on the thread that owns `value`; the result may then be
+// given to another thread.
+template <class T>
+T cow_HandOver(T const& value) {
+    return cow_HandOverTraits<T>::Copy(value);
+}
+
+// The same copy, made in place on the heap: a std::unique_ptr moves to
+// another thread as a pointer, so no copy of the value stays behind.
+template <class T>
+std::unique_ptr<T> cow_HandOverPtr(T const& value) {
+    return std::unique_ptr<T>(new T(cow_HandOver(value)));
+}
+
+// Strings: a new text, or no header at all for a value that had none.
+template <>
+struct cow_HandOverTraits<cow_String> {
+    static cow_String Copy(cow_String const& value) {
+        return value.GetHeader() != nullptr ? cow_String(value.GetCString()) : cow_String();
+    }
+};
+
+template <>
+struct cow_HandOverTraits<atr_String> {
+    static atr_String Copy(atr_String const& value) {
+        return value.GetHeader() != nullptr ? atr_String(value.GetCString()) : atr_String();
+    }
+};
+
+// Bit vectors copy deeply already.
+template <>
+struct cow_HandOverTraits<omi_BlkBitVect> {
+    static omi_BlkBitVect Copy(omi_BlkBitVect const& value) { return value; }
+};
+
+// Calls visit(i, element) for the elements 0 to n - 1 of an array (counted
+// from its head), with a null element where the slot holds no block. Reads
+// only: no block is created and no count changes, in the source or in any
+// value sharing its storage.
+template <class T, class Visit>
+void cow_HandOverEach(cow_1DArray<T> const& array, int n, Visit&& visit) {
+    int const shift = array.GetShift();
+    int const blockLength = 1 << shift;
+    int const head = array.GetHeadPosition();
+    for (int i = 0; i < n;) {
+        int const p = head + i;
+        int const slot = p >> shift;
+        int const offset = p - (slot << shift);
+        int run = blockLength - offset;
+        if (run > n - i) run = n - i;
+        cow_1DArrayBlock<T> const* block = array.GetBlock(slot);
+        T const* data = block != nullptr ? block->GetData() + offset : nullptr;
+        for (int k = 0; k < run; ++k) visit(i + k, data != nullptr ? data + k : nullptr);
+        i += run;
+    }
+}
+
+template <class T>
+struct cow_HandOverTraits<cow_1DArray<T>> {
+    static cow_1DArray<T> Copy(cow_1DArray<T> const& source) {
+        int const size = source.GetSize();
+        if (size <= 0) return cow_1DArray<T>();
+        cow_1DArray<T> copy(size);
+        cow_HandOverEach(source, size, [&copy](int i, T const* element) {
+            if (element != nullptr) copy.Get(i) = cow_HandOver(*element);
+        });
+        return copy;
+    }
+};
+
+template <class T>
+struct cow_HandOverTraits<cow_1DArrayList<T>> {
+    static cow_1DArrayList<T> Copy(cow_1DArrayList<T> const& source) {
+        cow_1DArrayList<T> copy;
+        cow_HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
+            copy.Append(element != nullptr ? cow_HandOver(*element) : T());
+        });
+        return copy;
+    }
+};
+
+template <class T>
+struct cow_HandOverTraits<cow_List<T>> {
+    static cow_List<T> Copy(cow_List<T> const& source) {
+        cow_List<T> copy;
+        cow_HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
+            copy.Append(element != nullptr ? cow_HandOver(*element) : T());
+        });
+        return copy;
+    }
+};
+
+template <class T>
+struct cow_HandOverTraits<cow_FixedArray<T>> {
+    static cow_FixedArray<T> Copy(cow_FixedArray<T> const& source) {
+        int const size = source.GetSize();
+        cow_FixedArray<T> copy(size, T());
+        for (int i = 0; i < size; ++i) copy.Get(i) = cow_HandOver(source.ConstGet(i));
+        return copy;
+    }
+};
+
+template <class T>
+struct cow_HandOverTraits<cow_2DArray<T>> {
+    static cow_2DArray<T> Copy(cow_2DArray<T> const& source) {
+        int const rows = source.GetRows();
+        int const columns = source.GetColumns();
+        cow_2DArray<T> copy(rows, columns, T());
+        for (int r = 0; r < rows; ++r) {
+            for (int c = 0; c < columns; ++c) copy.Get(r, c) = cow_HandOver(source.ConstGet(r, c));
+        }
+        return copy;
+    }
+};
+
+// A handle: a new pointee handed over from the old one (or none), with a
+// new counter at 1.
+template <class T, class Cp>
+struct cow_HandOverTraits<cow_COW<T, Cp>> {
+    static cow_COW<T, Cp> Copy(cow_COW<T, Cp> const& source) {
+        T const* pointee = source.ConstGet();
+        return cow_COW<T, Cp>(pointee != nullptr ? new T(cow_HandOver(*pointee)) : static_cast<T*>(nullptr));
+    }
+};
+
+// Trees are rebuilt node by node, so the copy has the source's exact shape
+// and depths; a rebuild by insertion could rotate differently. Linking the
+// new nodes needs the tree's own fields, hence the friendship in cow_Btree.h.
+template <class K, class V>
+struct cow_HandOverTraits<cow_Btree<K, V>> {
+    using Tree = cow_Btree<K, V>;
+    using Node = typename Tree::Node;
+    using Handle = typename Tree::Handle;
+
+    static Tree Copy(Tree const& source) {
+        Tree copy;
+        copy.root = CopyLink(source.root);
+        copy.count = source.count;
+        return copy;
+    }
+
+private:
+    // Recursion depth is the tree's height.
+    static Handle* CopyLink(Handle const* link) {
+        if (link == nullptr) return nullptr;
+        Node const* node = link->ConstGet();
+        Node* fresh = new Node(cow_HandOver(node->key), cow_HandOver(node->value));
+        Handle* handle = new Handle(fresh);
+        fresh->left = CopyLink(node->left);
+        fresh->right = CopyLink(node->right);
+        fresh->maxDepth = node->maxDepth;
+        return handle;
+    }
+};
+
+// Maps are rebuilt by inserting the keys in the node walk's order (pre-order,
+// digit 0 first): every key's ancestors are then in place before it, and its
+// own place is still empty, so each node lands where it was.
+template <class K, class V>
+struct cow_HandOverTraits<cow_Map<K, V>> {
+    using Map = cow_Map<K, V>;
+    using Node = typename Map::Node;
+
+    static Map Copy(Map const& source) {
+        Map copy;
+        // An explicit stack: a map's depth is bounded by its keys' digits,
+        // not by a balance rule.
+        std::vector<Node const*> pending;
+        if (Node const* root = source.GetRoot().ConstGet()) pending.push_back(root);
+        while (!pending.empty()) {
+            Node const* node = pending.back();
+            pending.pop_back();
+            copy.Insert(cow_HandOver(node->key), cow_HandOver(node->value));
+            if (Node const* one = node->child[1].ConstGet()) pending.push_back(one);
+            if (Node const* zero = node->child[0].ConstGet()) pending.push_back(zero);
+        }
+        return copy;
+    }
+};
+
+#endif

@@ -1,0 +1,226 @@
+#ifndef ZORVANCOW_MAP_DETAIL_COW_MAPSTD_H
+#define ZORVANCOW_MAP_DETAIL_COW_MAPSTD_H
+
+// The standard interface of the map: forward iterators over a snapshot, in
+// the node walk's order or sorted by key, the members declared in cow_Map,
+// == and printing.
+//
+// begin() takes a snapshot, as cow_ConstMapIterator does: one more holder of
+// the map's tree and one array of count + 1 node pointers, shared by all
+// copies of the iterator and freed with the last one. The walk sees the map
+// as it was at begin(), so a loop may write to the map it walks; the map's
+// first write meanwhile copies the nodes on its path. The order is the node
+// walk's (pre-order, not key order); Sorted() walks in key order instead.
+// Each entry is a cow_Entry (`first` the key, `second` the value), so
+// `for (auto const& [key, value] : map)` works.
+//
+// find() takes no snapshot: its iterator stands on the node and reads it in
+// place, and only a step onward takes the snapshot of the map as it is then.
+// Until that step it is invalidated by any write to the map, like a
+// reference from ConstGet.
+
+#include <cstddef>
+#include <initializer_list>
+#include <iterator>
+#include <utility>
+
+#include "zorvancow/core/cow_Std.h"
+
+namespace cow_detail {
+// The node of `key`, or null: a plain read down the key's digits that
+// touches no count.
+template <class K, class V>
+cow_MapNode<K, V> const* MapFindNode(cow_Map<K, V> const& map, K const& key) {
+    int depth = 0;
+    for (cow_MapNode<K, V> const* node = map.GetRoot().ConstGet(); node != nullptr; ++depth) {
+        if (cow_KeyBits<K>::Equal(node->key, key)) return node;
+        node = node->child[cow_KeyBits<K>::Bit(key, depth)].ConstGet();
+    }
+    return nullptr;
+}
+
+// A snapshot walk that several iterators share: the library's own iterator
+// (plain or sorted), walked once at construction, with a count of holders.
+template <class Walk>
+class MapSnapshot : public Walk {
+public:
+    template <class Map, class... Args>
+    explicit MapSnapshot(Map const& map, Args... args) : Walk(map, args...) {
+        this->First();
+    }
+    auto At(int position) const { return this->nodes[position]; }
+    int Find(void const* node) const {
+        int i = 0;
+        while (this->nodes[i] != nullptr && this->nodes[i] != node) ++i;
+        return i;
+    }
+    int holders = 1;
+};
+}  // namespace cow_detail
+
+template <class K, class V, class Walk>
+class cow_MapStdIter {
+public:
+    using iterator_category = std::forward_iterator_tag;
+    using iterator_concept = std::forward_iterator_tag;
+    using value_type = cow_Entry<K, V>;
+    using difference_type = std::ptrdiff_t;
+    using pointer = cow_EntryArrow<K, V>;
+    using reference = cow_Entry<K, V>;
+
+    // A singular iterator, equal to the end of every map.
+    cow_MapStdIter() = default;
+    // On the first entry of a snapshot of `map` (args: the walk's own, such
+    // as the sorted walk's `descending`), or at the end when it is empty.
+    template <class... Args>
+    explicit cow_MapStdIter(cow_Map<K, V> const& map, Args... args)
+        : snapshot(new Snapshot(map, args...)) {}
+    // On `node` of `map`, read in place; no snapshot until the first step.
+    cow_MapStdIter(cow_Map<K, V> const& map, cow_MapNode<K, V> const* node) : map(&map), single(node) {}
+
+    cow_MapStdIter(cow_MapStdIter const& other)
+        : snapshot(other.snapshot), position(other.position), map(other.map), single(other.single) {
+        if (snapshot != nullptr) ++snapshot->holders;
+    }
+    cow_MapStdIter& operator=(cow_MapStdIter const& other) {
+        if (other.snapshot != nullptr) ++other.snapshot->holders;
+        Release();
+        snapshot = other.snapshot;
+        position = other.position;
+        map = other.map;
+        single = other.single;
+        return *this;
+    }
+    ~cow_MapStdIter() { Release(); }
+
+    cow_Entry<K, V> operator*() const {
+        auto const* node = Node();
+        return cow_Entry<K, V>{node->key, node->value};
+    }
+    cow_EntryArrow<K, V> operator->() const { return cow_EntryArrow<K, V>{**this}; }
+
+    cow_MapStdIter& operator++() {
+        if (snapshot == nullptr) {
+            // A found entry: the walk goes on from it in a snapshot of now.
+            snapshot = new Snapshot(*map);
+            position = snapshot->Find(single);
+            single = nullptr;
+            if (snapshot->At(position) == nullptr) return *this;
+        }
+        ++position;
+        return *this;
+    }
+    cow_MapStdIter operator++(int) {
+        cow_MapStdIter old = *this;
+        ++*this;
+        return old;
+    }
+
+    // Equal when on the same node; all ends are equal.
+    friend bool operator==(cow_MapStdIter const& a, cow_MapStdIter const& b) { return a.Node() == b.Node(); }
+    friend bool operator!=(cow_MapStdIter const& a, cow_MapStdIter const& b) { return a.Node() != b.Node(); }
+
+private:
+    using Snapshot = cow_detail::MapSnapshot<Walk>;
+
+    cow_MapNode<K, V> const* Node() const { return snapshot != nullptr ? snapshot->At(position) : single; }
+    void Release() {
+        if (snapshot != nullptr) Drop(snapshot);
+        snapshot = nullptr;
+    }
+    // Kept out of line: inlined into a caller that copies iterators, the
+    // count's fall to 0 cannot be told apart from a second holder, and g++
+    // warns of a use after free that cannot happen.
+    __attribute__((noinline)) static void Drop(Snapshot* shared) {
+        if (--shared->holders == 0) delete shared;
+    }
+
+    Snapshot* snapshot = nullptr;
+    int position = 0;
+    cow_Map<K, V> const* map = nullptr;
+    cow_MapNode<K, V> const* single = nullptr;
+};
+
+// The entries of a map in key order: signed for signed integers, unsigned
+// bytes for strings (never natural order). Each begin() collects and sorts
+// a snapshot, as cow_ConstMapSortedIt does.
+template <class K, class V>
+class cow_MapSortedView {
+public:
+    using iterator = cow_MapStdIter<K, V, cow_ConstMapSortedIt<K, V>>;
+    using const_iterator = iterator;
+    using value_type = cow_Entry<K, V>;
+
+    cow_MapSortedView(cow_Map<K, V> const& map, bool descending) : map(&map), descending(descending) {}
+    iterator begin() const { return iterator(*map, descending); }
+    iterator end() const { return iterator(); }
+
+private:
+    cow_Map<K, V> const* map;
+    bool descending;
+};
+
+// ---------------------------------------------------------------------------
+// Members of cow_Map
+
+template <class K, class V>
+inline cow_Map<K, V>::cow_Map(std::initializer_list<std::pair<K, V>> entries) : cow_Map(entries.begin(), entries.end()) {}
+
+template <class K, class V>
+template <class It, class>
+inline cow_Map<K, V>::cow_Map(It first, It last) : cow_Map() {
+    for (; first != last; ++first) {
+        auto const& [key, value] = *first;
+        if (!IsMember(key)) Insert(key, value);
+    }
+}
+
+template <class K, class V>
+template <class R, class>
+inline cow_Map<K, V>::cow_Map(R const& range) : cow_Map(cow_detail::Begin(range), cow_detail::End(range)) {}
+
+template <class K, class V>
+inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::begin() const {
+    return const_iterator(*this);
+}
+
+template <class K, class V>
+inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::find(K const& key) const {
+    Node const* node = cow_detail::MapFindNode(*this, key);
+    return node != nullptr ? const_iterator(*this, node) : const_iterator();
+}
+
+template <class K, class V>
+inline cow_MapSortedView<K, V> cow_Map<K, V>::Sorted(bool descending) const {
+    return cow_MapSortedView<K, V>(*this, descending);
+}
+
+template <class K, class V>
+inline V const& cow_Map<K, V>::at(K const& key) const {
+    Node const* node = cow_detail::MapFindNode(*this, key);
+    if (node == nullptr) cow_detail::AtMissingKey("cow_Map");
+    return node->value;
+}
+
+// The same keys, each with an equal value (cow_Element<V>::Equal), in
+// whatever shape the two trees have.
+template <class K, class V>
+bool operator==(cow_Map<K, V> const& a, cow_Map<K, V> const& b) {
+    if (a.GetCount() != b.GetCount()) return false;
+    for (auto const& [key, value] : a) {
+        cow_MapNode<K, V> const* other = cow_detail::MapFindNode(b, key);
+        if (other == nullptr || !cow_Element<V>::Equal(value, other->value)) return false;
+    }
+    return true;
+}
+template <class K, class V>
+bool operator!=(cow_Map<K, V> const& a, cow_Map<K, V> const& b) {
+    return !(a == b);
+}
+
+template <class K, class V>
+struct cow_IsEntryRange<cow_Map<K, V>> : std::true_type {};
+template <class K, class V>
+struct cow_IsEntryRange<cow_MapSortedView<K, V>> : std::true_type {};
+
+#endif

@@ -1,0 +1,84 @@
+#ifndef ZORVANCOW_SHAPES_DETAIL_COW_2DARRAYSTD_H
+#define ZORVANCOW_SHAPES_DETAIL_COW_2DARRAYSTD_H
+
+// The standard interface of the matrix: the members declared in its class.
+// Rows are contiguous: Row(r) is a cow_Span of its elements, and begin()/end()
+// walk all elements row by row. Both are plain pointers to const elements of
+// the representation this matrix holds, valid while it lives (see
+// cow_FixedArray: assignment, destruction and a Get on a shared matrix end
+// their guarantee).
+
+#include <cstddef>
+
+#include "zorvancow/core/cow_Std.h"
+
+// Rows as a range of cow_Span, for `for (auto row : matrix.Rows())`.
+template <class T>
+class cow_2DArrayRows {
+public:
+    class iterator {
+    public:
+        using iterator_category = std::random_access_iterator_tag;
+        using value_type = cow_Span<T const>;
+        using difference_type = std::ptrdiff_t;
+        using pointer = void;
+        using reference = cow_Span<T const>;
+
+        iterator() = default;
+        iterator(T const* row, int columns) : row(row), columns(columns) {}
+        cow_Span<T const> operator*() const { return cow_Span<T const>(row, static_cast<std::size_t>(columns)); }
+        cow_Span<T const> operator[](difference_type n) const { return *(*this + n); }
+        iterator& operator++() { return *this += 1; }
+        iterator operator++(int) {
+            iterator old = *this;
+            ++*this;
+            return old;
+        }
+        iterator& operator--() { return *this -= 1; }
+        iterator operator--(int) {
+            iterator old = *this;
+            --*this;
+            return old;
+        }
+        iterator& operator+=(difference_type n) {
+            row += n * columns;
+            return *this;
+        }
+        iterator& operator-=(difference_type n) { return *this += -n; }
+        friend iterator operator+(iterator it, difference_type n) { return it += n; }
+        friend iterator operator+(difference_type n, iterator it) { return it += n; }
+        friend iterator operator-(iterator it, difference_type n) { return it -= n; }
+        friend difference_type operator-(iterator const& a, iterator const& b) {
+            return a.columns != 0 ? (a.row - b.row) / a.columns : 0;
+        }
+        friend bool operator==(iterator const& a, iterator const& b) { return a.row == b.row; }
+        friend bool operator!=(iterator const& a, iterator const& b) { return a.row != b.row; }
+        friend bool operator<(iterator const& a, iterator const& b) { return a.row < b.row; }
+        friend bool operator>(iterator const& a, iterator const& b) { return b.row < a.row; }
+        friend bool operator<=(iterator const& a, iterator const& b) { return !(b.row < a.row); }
+        friend bool operator>=(iterator const& a, iterator const& b) { return !(a.row < b.row); }
+
+    private:
+        T const* row = nullptr;
+        int columns = 0;
+    };
+
+    cow_2DArrayRows(T const* data, int rows, int columns) : data(data), rows(rows), columns(columns) {}
+    // With no columns every row is empty and the walk is empty too.
+    iterator begin() const { return iterator(data, columns); }
+    iterator end() const { return iterator(data + static_cast<std::ptrdiff_t>(rows) * columns, columns); }
+    std::size_t size() const { return columns != 0 ? static_cast<std::size_t>(rows) : 0; }
+
+private:
+    T const* data;
+    int rows;
+    int columns;
+};
+
+template <class T>
+inline cow_2DArrayRows<T> cow_2DArray<T>::Rows() const {
+    cow_2DArrayRep<T> const* shared = rep.ConstGet();
+    return cow_2DArrayRows<T>(shared->data, shared->columns != 0 ? shared->rows : 0, shared->columns);
+}
+
+#endif
