@@ -1,5 +1,6 @@
-// Digital maps against std::map and std::unordered_map, each case beside its
-// peers: bulk insert, membership, copy plus one write, and a sorted walk.
+// Digital maps against std::map and std::unordered_map (and Qt 5's QMap and
+// QHash when the bench is built with Qt), each case beside its peers: bulk
+// insert, membership, copy plus one write, and a sorted walk.
 
 #include <benchmark/benchmark.h>
 
@@ -8,6 +9,12 @@
 #include <string>
 #include <unordered_map>
 #include <vector>
+
+#ifdef ZORVANCOW_BENCH_QT
+#include <QHash>
+#include <QMap>
+#include <QString>
+#endif
 
 #include "zorvancow/map/cow_Map.h"
 
@@ -275,5 +282,86 @@ void BM_StringIsMember_StdUnorderedMapFind(benchmark::State& state) {
     }
 }
 BENCHMARK(BM_StringIsMember_StdUnorderedMapFind)->Unit(benchmark::kMillisecond);
+
+#ifdef ZORVANCOW_BENCH_QT
+// Qt's maps: a copy is one count increment, and the first insertion into a
+// copy detaches it, copying every entry.
+
+template <class Q>
+Q const& QIntMap() {
+    static Q const map = [] {
+        Q made;
+        for (int key : RandomInts()) made.insert(key, key);
+        return made;
+    }();
+    return map;
+}
+
+std::vector<QString> const& RandomQTexts() {
+    static std::vector<QString> const keys = [] {
+        std::vector<QString> made;
+        for (std::string const& text : RandomTexts()) made.push_back(QString::fromLatin1(text.c_str()));
+        return made;
+    }();
+    return keys;
+}
+
+template <class Q>
+void QInsert(benchmark::State& state) {
+    for (auto _ : state) {
+        Q map;
+        for (int key : RandomInts()) map.insert(key, key);
+        benchmark::DoNotOptimize(map.size());
+    }
+}
+BENCHMARK_TEMPLATE(QInsert, QMap<int, int>)->Name("BM_Insert_QMap")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(QInsert, QHash<int, int>)->Name("BM_Insert_QHash")->Unit(benchmark::kMillisecond);
+
+template <class Q>
+void QIsMember(benchmark::State& state) {
+    Q const& map = QIntMap<Q>();
+    for (auto _ : state) {
+        int found = 0;
+        for (int key : ProbeInts()) found += map.contains(key) ? 1 : 0;
+        benchmark::DoNotOptimize(found);
+    }
+}
+BENCHMARK_TEMPLATE(QIsMember, QMap<int, int>)->Name("BM_IsMember_QMapContains")->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(QIsMember, QHash<int, int>)->Name("BM_IsMember_QHashContains")->Unit(benchmark::kMillisecond);
+
+template <class Q>
+void QCopyInsert(benchmark::State& state) {
+    Q const& map = QIntMap<Q>();
+    for (auto _ : state) {
+        Q copy = map;
+        copy.insert(12345, 1);
+        benchmark::DoNotOptimize(copy.size());
+    }
+}
+BENCHMARK_TEMPLATE(QCopyInsert, QMap<int, int>)->Name("BM_CopyInsert_QMap")->Unit(benchmark::kMicrosecond);
+BENCHMARK_TEMPLATE(QCopyInsert, QHash<int, int>)->Name("BM_CopyInsert_QHash")->Unit(benchmark::kMicrosecond);
+
+void BM_StringInsert_QMap(benchmark::State& state) {
+    auto const& keys = RandomQTexts();
+    for (auto _ : state) {
+        QMap<QString, int> map;
+        for (QString const& key : keys) map.insert(key, 1);
+        benchmark::DoNotOptimize(map.size());
+    }
+}
+BENCHMARK(BM_StringInsert_QMap)->Unit(benchmark::kMillisecond);
+
+void BM_StringIsMember_QMapContains(benchmark::State& state) {
+    auto const& keys = RandomQTexts();
+    QMap<QString, int> map;
+    for (QString const& key : keys) map.insert(key, 1);
+    for (auto _ : state) {
+        int found = 0;
+        for (QString const& key : keys) found += map.contains(key) ? 1 : 0;
+        benchmark::DoNotOptimize(found);
+    }
+}
+BENCHMARK(BM_StringIsMember_QMapContains)->Unit(benchmark::kMillisecond);
+#endif
 
 }  // namespace

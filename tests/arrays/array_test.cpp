@@ -106,6 +106,45 @@ TEST(BlockedArray, GrowResetsOrShrinksOnlyTheCallersTable) {
     EXPECT_EQ(c.PartialArrayConstGet(39), 0) << "the dropped block does not come back";
 }
 
+// Resetting one of two sharing arrays ends as a reset of a private copy
+// would, without copying the table or touching a block.
+TEST(BlockedArray, ResetOfASharedArrayLeavesTheTableToTheOthers) {
+    NoLeaks noLeaks;
+    cow_1DArray<int> a = Filled(40);
+    cow_1DArray<int> b(a);
+    {
+        long const tables = mem_GetLiveBlocks();
+        AllocationScope scope;
+        b.Grow(0);
+        EXPECT_EQ(scope.News(), 1u) << "a counter of its own; no table copy, no block";
+        EXPECT_EQ(scope.Deletes(), 0u);
+        EXPECT_EQ(mem_GetLiveBlocks(), tables + 1) << "the reset table of no slots";
+    }
+    EXPECT_EQ(b.GetCapacity(), 0);
+    EXPECT_EQ(b.GetShift(), 0);
+    EXPECT_EQ(b.GetHeadPosition(), 0);
+    EXPECT_EQ(b.GetEndPosition(), 0);
+    EXPECT_EQ(b.GetTableShareCount(), 1);
+    EXPECT_EQ(a.GetTableShareCount(), 1);
+    for (int s = 0; s < 3; ++s) EXPECT_EQ(a.GetBlockCount(s), 1);
+    EXPECT_EQ(Values(a), Values(Filled(40)));
+    b.Get(3) = 9;
+    EXPECT_EQ(b.GetCapacity(), 17) << "and grows like a new one";
+
+    // A copy of an array with no slots (reset or default) resets to no
+    // table at all, as a copy of its zero slots would.
+    b.Grow(0);
+    cow_1DArray<int> c(b);
+    cow_1DArray<int> d;
+    cow_1DArray<int> e(d);
+    long const tables = mem_GetLiveBlocks();
+    c.Grow(0);
+    e.Grow(0);
+    EXPECT_EQ(mem_GetLiveBlocks(), tables);
+    EXPECT_EQ(b.GetTableShareCount(), 1);
+    EXPECT_EQ(d.GetTableShareCount(), 1);
+}
+
 TEST(BlockedArray, GetHeadMovesTheTableAndKeepsOffsets) {
     // 272 calls fill a default array's 17 slots; the next one moves them back
     // by 17. The second such move shifts 34 used slots by 17, so source and

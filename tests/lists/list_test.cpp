@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -169,6 +170,91 @@ TEST(List, CopiesShareUntilWrittenAndDestructionKeepsOthersWhole) {
     b.Append(40);
     EXPECT_EQ(a.GetArray().GetBlock(1), b.GetArray().GetBlock(1));
     EXPECT_NE(a.GetArray().GetBlock(2), b.GetArray().GetBlock(2));
+}
+
+// Letting go of a shared table touches neither the heap nor a block count:
+// the other holders keep exactly what they had, and the last holder (a list
+// or a walk still running over it) frees everything.
+TEST(List, DestroyingOrClearingASharedCopyIsOneDecrement) {
+    NoLeaks noLeaks;
+    auto a = Counting<cow_List<int>>(1000);
+    auto counts = [](cow_List<int> const& list) {
+        std::vector<int> out;
+        cow_1DArray<int> const& array = list.GetArray();
+        for (int s = 0; s < array.GetCapacity(); ++s) out.push_back(array.GetBlockCount(s));
+        return out;
+    };
+    std::vector<int> const before = counts(a);
+    long const tables = mem_GetLiveBlocks();
+    {
+        auto* copy = new cow_List<int>(a);
+        EXPECT_EQ(a.GetArray().GetTableShareCount(), 2);
+        AllocationScope scope;
+        copy->~cow_List<int>();
+        EXPECT_EQ(scope.News(), 0u);
+        EXPECT_EQ(scope.Deletes(), 0u) << "no block, table or counter goes";
+        EXPECT_EQ(mem_GetLiveBlocks(), tables);
+        ::operator delete(copy);
+    }
+    EXPECT_EQ(a.GetArray().GetTableShareCount(), 1);
+    EXPECT_EQ(counts(a), before);
+
+    // Clear on a shared copy: a counter of its own and an empty table, the
+    // same state as a cleared sole list, and the original stays whole.
+    cow_List<int> b(a);
+    {
+        AllocationScope scope;
+        b.Clear();
+        EXPECT_EQ(scope.News(), 1u) << "the new counter only";
+        EXPECT_EQ(scope.Deletes(), 0u);
+    }
+    cow_List<int> sole = Counting<cow_List<int>>(1000);
+    sole.Clear();
+    for (cow_List<int> const* cleared : {&b, &sole}) {
+        cow_1DArray<int> const& array = cleared->GetArray();
+        EXPECT_EQ(cleared->GetCount(), 0);
+        EXPECT_EQ(array.GetCapacity(), 0);
+        EXPECT_EQ(array.GetShift(), 0);
+        EXPECT_EQ(array.GetHeadPosition(), 0);
+        EXPECT_EQ(array.GetEndPosition(), 0);
+        EXPECT_EQ(array.GetTableShareCount(), 1);
+    }
+    EXPECT_NE(b.GetArray().GetTableCounter(), a.GetArray().GetTableCounter());
+    EXPECT_EQ(mem_GetLiveBlocks(), tables + 2) << "each cleared list keeps a table of no slots";
+    EXPECT_EQ(counts(a), before);
+    EXPECT_EQ(Elements(b.Append(7).Prepend(6)), (std::vector<int>{6, 7}));
+    EXPECT_EQ(Elements(a), Elements(Counting<cow_List<int>>(1000)));
+
+    // A shared list that never had a table clears to no table either.
+    cow_List<int> empty;
+    cow_List<int> emptyCopy(empty);
+    emptyCopy.Clear();
+    EXPECT_EQ(mem_GetLiveBlocks(), tables + 2);
+
+    // A list destroyed while a walk holds its table: the walk reads on, and
+    // frees the storage when it ends.
+    {
+        std::unique_ptr<cow_ListIter<int>> walk;
+        {
+            auto gone = Counting<cow_List<int>>(40);
+            walk = std::make_unique<cow_ListIter<int>>(gone);
+        }
+        int expected = 0;
+        for (; !walk->IsDone(); walk->Next()) EXPECT_EQ(walk->Current(), expected++);
+        EXPECT_EQ(expected, 40);
+    }
+
+    // The array list destroys a copy the same way.
+    auto c = Counting<cow_1DArrayList<int>>(1000);
+    {
+        auto* copy = new cow_1DArrayList<int>(c);
+        AllocationScope scope;
+        copy->~cow_1DArrayList<int>();
+        EXPECT_EQ(scope.News() + scope.Deletes(), 0u);
+        ::operator delete(copy);
+    }
+    EXPECT_EQ(c.GetArray().GetTableShareCount(), 1);
+    EXPECT_EQ(c.GetArray().GetBlockCount(10), 1);
 }
 
 TEST(List, SearchAndEqualityTreatNaNAndSignedZeroAsFloatingPointDoes) {

@@ -114,11 +114,12 @@ public:
     // Sets the size to n counted from the head, making the table private
     // first. Growing adds the missing slots plus 16 to the table. Grow(0)
     // resets the array to the state of a default one, giving up this array's
-    // hold on every block. Shrinking (0 < n < size) keeps the table's
-    // capacity and lets go of every block wholly beyond the new end: its
-    // count falls (freeing it at 0) and its slot becomes empty, so a later
-    // growth starts from default elements there. Elements inside the new
-    // extent are untouched. Always returns true.
+    // hold on every block (on a shared table in constant time: the table
+    // stays with the other arrays, and no block count moves). Shrinking
+    // (0 < n < size) keeps the table's capacity and lets go of every block
+    // wholly beyond the new end: its count falls (freeing it at 0) and its
+    // slot becomes empty, so a later growth starts from default elements
+    // there. Elements inside the new extent are untouched. Always true.
     bool Grow(int n);
     // Adds one element in front of the first and returns it (a default
     // element). No element moves: when the head reaches position 0, the used
@@ -460,6 +461,23 @@ bool cow_1DArray<T>::Grow(int n) {
     ZORVANCOW_CHECK(n >= 0, "cow_1DArray::Grow", "negative size", "size %d", n);
     ZORVANCOW_REQUIRE(n <= INT_MAX - head, "cow_1DArray::Grow", "the end position would pass 2147483647",
                       "size %d, head %d", n, head);
+    if (n == 0 && tableCounter->GetCount() != 1) {
+        // Resetting a shared array. The full route below would copy the
+        // table, raise the count of every block in use, and then lower each
+        // of them again: the other holders keep the table and every block
+        // count ends where it started. Only what this array is left with can
+        // be seen, so give it that directly, in constant time: a new counter
+        // and the table a copy reset to 0 slots would be (a live block of
+        // minimal size, or none when the copy would have had no slots).
+        tableCounter->Decrement();
+        tableCounter = new cow_Counter;
+        table = capacity != 0 ? static_cast<Block**>(mem_Realloc(nullptr, 0)) : nullptr;
+        capacity = 0;
+        shift = 0;
+        end = 0;
+        head = 0;
+        return true;
+    }
     CopyArray();
     if (n > 0) ReclaimFront(n);
     int oldBlockEnd = BlockEnd();

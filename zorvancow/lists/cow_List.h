@@ -52,9 +52,8 @@ public:
         array = other.array;
         return *this;
     }
-    // Clears first, then destroys the array. On a shared table the clear
-    // takes a private table copy before letting go of the blocks, so the
-    // other holders keep everything.
+    // Clears, then destroys the array. A list whose table is shared only
+    // leaves that table to its other holders: one decrement, no allocation.
     ~cow_List();
 
     // Appends one element: one Get on the array.
@@ -82,7 +81,7 @@ public:
     // Needs a non-empty list.
     cow_List& RemoveLast();
     // Empties the list and resets its array; other holders of the old table
-    // keep it.
+    // keep it. On a shared table this is constant time: no block is visited.
     cow_List& Clear();
     // Element i, read without unsharing (i below the array's size). Creates
     // an absent block, even in a shared table.
@@ -187,7 +186,12 @@ ZORVANCOW_API unsigned int GetLengthLongestString(cow_List<cow_String> const& li
 
 template <class T>
 cow_List<T>::~cow_List() {
-    Clear();
+    // On a shared table the clear would end with this list on a counter and
+    // a table of its own that the array then frees at once, while for the
+    // other holders it only lowers the table count, which the array's own
+    // release does too. So a shared list skips it: destroying a copy is one
+    // decrement and allocates nothing. A sole holder clears as usual.
+    if (array.GetTableShareCount() == 1) Clear();
 }
 
 template <class T>
