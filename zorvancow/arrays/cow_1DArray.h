@@ -198,6 +198,16 @@ private:
     // as one more holder of every block in use. No element is copied.
     void CopyArray();
 
+    // The slot of absolute position p and its offset in that slot's block.
+    int SlotOf(int p) const { return p >> shift; }
+    int OffsetOf(int p) const { return p & ((1 << shift) - 1); }
+    // The one write fast path, on a private table: position p in place when
+    // its block is private too, else through FullArrayGet.
+    T& PrivateTableGet(int p) {
+        Block* block = table[SlotOf(p)];
+        if (block != nullptr && block->GetCount() == 1) return block->data[OffsetOf(p)];
+        return FullArrayGet(p);
+    }
     int BlockStart() const { return head >> shift; }
     // Widened, so that an end near the largest int (a sized array of
     // 2147483647 elements) does not overflow on rounding up.
@@ -417,16 +427,12 @@ inline T& cow_1DArray<T>::Get(int i) {
     } else if (tableCounter->GetCount() != 1) {
         CopyArray();
     }
-    int p = head + i;
-    Block* block = table[p >> shift];
-    if (block != nullptr && block->GetCount() == 1) return block->data[p - ((p >> shift) << shift)];
-    return FullArrayGet(p);
+    return PrivateTableGet(head + i);
 }
 
 template <class T>
 T& cow_1DArray<T>::FullArrayGet(int p) {
-    int s = p >> shift;
-    int o = p - (s << shift);
+    int const s = SlotOf(p);
     Block* block = table[s];
     if (block == nullptr) {
         block = new Block(1 << shift);
@@ -436,24 +442,22 @@ T& cow_1DArray<T>::FullArrayGet(int p) {
         block = new Block(1 << shift, block->data);
         table[s] = block;
     }
-    return block->data[o];
+    return block->data[OffsetOf(p)];
 }
 
 template <class T>
 inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
     ZORVANCOW_CHECK(i >= 0 && i < end - head && table != nullptr, "cow_1DArray::PartialArrayConstGet",
                     "index out of range", "index %d, size %d", i, table != nullptr ? end - head : 0);
-    int p = head + i;
-    int s = p >> shift;
-    int o = p - (s << shift);
-    Block* block = table[s];
+    int const p = head + i;
+    Block* block = table[SlotOf(p)];
     if (block == nullptr) {
         // The slot stood for default elements; the new block holds exactly
         // those, so no array on this table sees a change of value.
         block = new Block(1 << shift);
-        table[s] = block;
+        table[SlotOf(p)] = block;
     }
-    return block->data[o];
+    return block->data[OffsetOf(p)];
 }
 
 template <class T>
@@ -540,9 +544,7 @@ T& cow_1DArray<T>::GetHead() {
     if (head != 0) {
         --head;
         if (tableCounter->GetCount() != 1) CopyArray();
-        Block* block = table[head >> shift];
-        if (block != nullptr && block->GetCount() == 1) return block->data[head - ((head >> shift) << shift)];
-        return FullArrayGet(head);
+        return PrivateTableGet(head);
     }
     int b = BlockEnd();
     if (b == capacity) {
@@ -612,7 +614,7 @@ void cow_1DArray<T>::SetFromArray(T const* src, int n) {
 template <class T>
 inline cow_1DArrayIter<T>::cow_1DArrayIter(cow_1DArray<T> const& source)
     : array(source), blockData(nullptr), limit(source.end), blockLength(1 << source.shift), position(0), offset(0) {
-    if (array.end - array.head > 0 && array.table[array.head >> array.shift] == nullptr) limit = 0;
+    if (array.end - array.head > 0 && array.table[array.SlotOf(array.head)] == nullptr) limit = 0;
     First();
 }
 
@@ -622,8 +624,8 @@ inline cow_1DArrayIter<T>::~cow_1DArrayIter() {}
 template <class T>
 inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::First() {
     position = array.head;
-    offset = position - ((position >> array.shift) << array.shift);
-    blockData = position < limit ? array.table[position >> array.shift]->data : nullptr;
+    offset = array.OffsetOf(position);
+    blockData = position < limit ? array.table[array.SlotOf(position)]->data : nullptr;
     return *this;
 }
 
@@ -633,7 +635,7 @@ inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
     if (++offset == blockLength) {
         offset = 0;
         if (position < limit) {
-            cow_1DArrayBlock<T> const* block = array.table[position >> array.shift];
+            cow_1DArrayBlock<T> const* block = array.table[array.SlotOf(position)];
             blockData = block != nullptr ? block->data : nullptr;
         } else {
             blockData = nullptr;
