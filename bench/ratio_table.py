@@ -77,6 +77,17 @@ ROWS = [
      "BM_Walk_Cow1DArrayIterByBlock", "BM_Walk_StdVectorRangeFor", None),
     ("random reads by `PartialArrayConstGet` (sized) / deque indexing",
      "BM_RandomRead_Cow1DArrayConstGet", "BM_RandomRead_StdDequeIndex", 1.5),
+    # The standard interface: range-for and algorithms over 1,000,000 ints.
+    ("range-for over `cow_1DArray<int>` / over `std::vector<int>`",
+     "BM_RangeFor_Cow1DArray", "BM_RangeFor_Vector", 2),
+    ("range-for over `cow_List<int>` / over `std::vector<int>`",
+     "BM_RangeFor_CowList", "BM_RangeFor_ListVector", 2),
+    ("`std::accumulate` over `cow_Blocks` of a `cow_1DArray<int>` / over `std::vector<int>`",
+     "BM_BlockAccumulate_Cow1DArray", "BM_BlockAccumulate_Vector", 1.1),
+    ("`std::accumulate` over `cow_Blocks` of a `cow_List<int>` / over `std::vector<int>`",
+     "BM_BlockAccumulate_CowList", "BM_RangeFor_ListVector", None),
+    ("`std::accumulate` over a `cow_Btree<int,int>` / over `std::map`",
+     "BM_Accumulate_Btree", "BM_Accumulate_StdMap", 1.2),
     # Fixed shapes: 1,000,000 doubles.
     ("copy `cow_FixedArray<double>` / copy `std::vector<double>`",
      "BM_FixedArrayCopy", "BM_VectorCopy", 1 / 10000),
