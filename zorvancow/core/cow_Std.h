@@ -47,7 +47,7 @@ public:
     using iterator = T*;
 
     constexpr cow_Span() = default;
-    constexpr cow_Span(T* first, std::size_t count) : first(first), count(count) {}
+    constexpr cow_Span(T* first_, std::size_t count_) : first(first_), count(count_) {}
 
     constexpr T* begin() const { return first; }
     constexpr T* end() const { return first + count; }

@@ -234,8 +234,7 @@ public:
 private:
     // The path walk of every read: the node holding `key`, or null, with its
     // depth in `depth` (the depth below the last node when absent). It
-    // carries a counted handle down the path, one extra count on the node it
-    // stands on, and leaves every count as it was.
+    // changes no count.
     Node const* FindNode(K const& key, int& depth) const;
     // The path walk of every write: the link that holds `key`, or the empty
     // link where it would go. Every node above that link is private on
@@ -473,11 +472,15 @@ inline bool cow_Map<K, V>::IsAbsent(V const& reference) {
 
 template <class K, class V>
 typename cow_Map<K, V>::Node const* cow_Map<K, V>::FindNode(K const& key, int& depth) const {
-    cow_CountedHld<Node> walk(root);
+    // The walk reads through bare pointers. Carried in a counted handle, as
+    // the reads were once written, it would raise the count of each node it
+    // stands on and lower it again on leaving: nothing that can be seen
+    // after the call, and the map, which holds every node on the path,
+    // keeps them alive meanwhile.
     depth = 0;
-    while (Node const* node = walk.ConstGet()) {
+    for (Node const* node = root.ConstGet(); node != nullptr; ++depth) {
         if (cow_MapKeyEqual(node->key, key)) return node;
-        walk = node->child[cow_KeyBit(key, depth++)];
+        node = node->child[cow_KeyBit(key, depth)].ConstGet();
     }
     return nullptr;
 }

@@ -39,8 +39,8 @@ public:
     cow_BlockIterator() = default;
     // On element `index` (0 to `count`) of `array`, whose walk ends after
     // element `count` - 1, counted from the head.
-    cow_BlockIterator(cow_1DArray<T> const& array, int index, int count)
-        : array(&array), head(array.GetHeadPosition()), shift(array.GetShift()), stop(head + count) {
+    cow_BlockIterator(cow_1DArray<T> const& array_, int index, int count_)
+        : array(&array_), head(array_.GetHeadPosition()), shift(array_.GetShift()), stop(head + count_) {
         Seek(index);
     }
 
@@ -159,7 +159,7 @@ public:
         using reference = cow_Span<T const>;
 
         iterator() = default;
-        iterator(cow_1DArray<T> const* array, int position, int stop) : array(array), position(position), stop(stop) {}
+        iterator(cow_1DArray<T> const* array_, int position_, int stop_) : array(array_), position(position_), stop(stop_) {}
 
         cow_Span<T const> operator*() const {
             int const shift = array->GetShift();
@@ -193,8 +193,8 @@ public:
     };
 
     // The first `count` elements of `array`, counted from its head.
-    cow_BlockRange(cow_1DArray<T> const& array, int count)
-        : array(&array), first(array.GetHeadPosition()), stop(array.GetHeadPosition() + count) {}
+    cow_BlockRange(cow_1DArray<T> const& array_, int count_)
+        : array(&array_), first(array_.GetHeadPosition()), stop(array_.GetHeadPosition() + count_) {}
 
     iterator begin() const { return iterator(array, first, stop); }
     iterator end() const { return iterator(array, stop, stop); }

@@ -73,10 +73,10 @@ public:
     // On the first entry of a snapshot of `map` (args: the walk's own, such
     // as the sorted walk's `descending`), or at the end when it is empty.
     template <class... Args>
-    explicit cow_MapStdIter(cow_Map<K, V> const& map, Args... args)
-        : snapshot(new Snapshot(map, args...)) {}
+    explicit cow_MapStdIter(cow_Map<K, V> const& map_, Args... args)
+        : snapshot(new Snapshot(map_, args...)) {}
     // On `node` of `map`, read in place; no snapshot until the first step.
-    cow_MapStdIter(cow_Map<K, V> const& map, cow_MapNode<K, V> const* node) : map(&map), single(node) {}
+    cow_MapStdIter(cow_Map<K, V> const& map_, cow_MapNode<K, V> const* node) : map(&map_), single(node) {}
 
     cow_MapStdIter(cow_MapStdIter const& other)
         : snapshot(other.snapshot), position(other.position), map(other.map), single(other.single) {
@@ -151,7 +151,7 @@ public:
     using const_iterator = iterator;
     using value_type = cow_Entry<K, V>;
 
-    cow_MapSortedView(cow_Map<K, V> const& map, bool descending) : map(&map), descending(descending) {}
+    cow_MapSortedView(cow_Map<K, V> const& map_, bool descending_) : map(&map_), descending(descending_) {}
     iterator begin() const { return iterator(*map, descending); }
     iterator end() const { return iterator(); }
 

@@ -25,7 +25,7 @@ public:
         using reference = cow_Span<T const>;
 
         iterator() = default;
-        iterator(T const* row, int columns) : row(row), columns(columns) {}
+        iterator(T const* row_, int columns_) : row(row_), columns(columns_) {}
         cow_Span<T const> operator*() const { return cow_Span<T const>(row, static_cast<std::size_t>(columns)); }
         cow_Span<T const> operator[](difference_type n) const { return *(*this + n); }
         iterator& operator++() { return *this += 1; }
@@ -63,7 +63,7 @@ public:
         int columns = 0;
     };
 
-    cow_2DArrayRows(T const* data, int rows, int columns) : data(data), rows(rows), columns(columns) {}
+    cow_2DArrayRows(T const* data_, int rows_, int columns_) : data(data_), rows(rows_), columns(columns_) {}
     // With no columns every row is empty and the walk is empty too.
     iterator begin() const { return iterator(data, columns); }
     iterator end() const { return iterator(data + static_cast<std::ptrdiff_t>(rows) * columns, columns); }

@@ -33,9 +33,9 @@ public:
     // A singular iterator, equal to the end of every tree.
     cow_BtreeStdIter() = default;
     // On the smallest key of `tree`, or at its end when it is empty.
-    explicit cow_BtreeStdIter(cow_Btree<K, V> const& tree) : tree(&tree) { First(); }
+    explicit cow_BtreeStdIter(cow_Btree<K, V> const& tree_) : tree(&tree_) { First(); }
     // On the node of `key`, or at the end when the key is absent.
-    cow_BtreeStdIter(cow_Btree<K, V> const& tree, K const& key) : tree(&tree) { Find(key); }
+    cow_BtreeStdIter(cow_Btree<K, V> const& tree_, K const& key) : tree(&tree_) { Find(key); }
     // At the end of `tree`: a step back reaches its greatest key.
     static cow_BtreeStdIter End(cow_Btree<K, V> const& tree) {
         cow_BtreeStdIter it;
