@@ -46,7 +46,7 @@ List Of(std::vector<T> const& values) {
 
 template <class T> class ListOf : public ::testing::Test {};
 using ListTypes = ::testing::Types<int, unsigned int, bool, float, double, cow_String, atr_String>;
-TYPED_TEST_SUITE(ListOf, ListTypes);
+TYPED_TEST_SUITE(ListOf, ListTypes, ::testing::internal::DefaultNameGenerator);
 
 TYPED_TEST(ListOf, SortOrdersByTheElementTypeIntoStorageOfItsOwn) {
     NoLeaks noLeaks;
@@ -86,7 +86,7 @@ TYPED_TEST(ListOf, SearchRemovalAndDifferenceGoByEquality) {
 
 template <class T> class ArrayListOf : public ::testing::Test {};
 using ArrayListTypes = ::testing::Types<int, unsigned int, float, double, cow_String>;
-TYPED_TEST_SUITE(ArrayListOf, ArrayListTypes);
+TYPED_TEST_SUITE(ArrayListOf, ArrayListTypes, ::testing::internal::DefaultNameGenerator);
 
 TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
     NoLeaks noLeaks;
