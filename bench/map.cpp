@@ -16,12 +16,12 @@
 #include <QString>
 #endif
 
+#include "BenchTexts.h"
 #include "zorvancow/map/cow_Map.h"
 
 namespace {
 
 constexpr int kKeys = 1000000;
-constexpr int kStringKeys = 200000;
 
 std::vector<int> const& RandomInts() {
     static std::vector<int> const keys = [] {
@@ -38,28 +38,6 @@ std::vector<int> const& ProbeInts() {
     static std::vector<int> const keys = [] {
         std::vector<int> made = RandomInts();
         std::shuffle(made.begin(), made.end(), std::mt19937(7));
-        return made;
-    }();
-    return keys;
-}
-
-std::vector<std::string> const& RandomTexts() {
-    static std::vector<std::string> const keys = [] {
-        std::mt19937 random(43);
-        std::vector<std::string> made(kStringKeys);
-        for (std::string& key : made) {
-            key.resize(16);
-            for (char& c : key) c = static_cast<char>('a' + random() % 26);
-        }
-        return made;
-    }();
-    return keys;
-}
-
-std::vector<cow_String> const& RandomCowTexts() {
-    static std::vector<cow_String> const keys = [] {
-        std::vector<cow_String> made;
-        for (std::string const& text : RandomTexts()) made.emplace_back(text.c_str());
         return made;
     }();
     return keys;
@@ -297,15 +275,6 @@ Q const& QIntMap() {
     return map;
 }
 
-std::vector<QString> const& RandomQTexts() {
-    static std::vector<QString> const keys = [] {
-        std::vector<QString> made;
-        for (std::string const& text : RandomTexts()) made.push_back(QString::fromLatin1(text.c_str()));
-        return made;
-    }();
-    return keys;
-}
-
 template <class Q>
 void QInsert(benchmark::State& state) {
     for (auto _ : state) {
@@ -341,27 +310,8 @@ void QCopyInsert(benchmark::State& state) {
 BENCHMARK_TEMPLATE(QCopyInsert, QMap<int, int>)->Name("BM_CopyInsert_QMap")->Unit(benchmark::kMicrosecond);
 BENCHMARK_TEMPLATE(QCopyInsert, QHash<int, int>)->Name("BM_CopyInsert_QHash")->Unit(benchmark::kMicrosecond);
 
-void BM_StringInsert_QMap(benchmark::State& state) {
-    auto const& keys = RandomQTexts();
-    for (auto _ : state) {
-        QMap<QString, int> map;
-        for (QString const& key : keys) map.insert(key, 1);
-        benchmark::DoNotOptimize(map.size());
-    }
-}
-BENCHMARK(BM_StringInsert_QMap)->Unit(benchmark::kMillisecond);
-
-void BM_StringIsMember_QMapContains(benchmark::State& state) {
-    auto const& keys = RandomQTexts();
-    QMap<QString, int> map;
-    for (QString const& key : keys) map.insert(key, 1);
-    for (auto _ : state) {
-        int found = 0;
-        for (QString const& key : keys) found += map.contains(key) ? 1 : 0;
-        benchmark::DoNotOptimize(found);
-    }
-}
-BENCHMARK(BM_StringIsMember_QMapContains)->Unit(benchmark::kMillisecond);
+BENCHMARK(QMapStringInsert)->Name("BM_StringInsert_QMap")->Unit(benchmark::kMillisecond);
+BENCHMARK(QMapStringLookup)->Name("BM_StringIsMember_QMapContains")->Unit(benchmark::kMillisecond);
 #endif
 
 }  // namespace
