@@ -212,6 +212,30 @@ void ArrayStep(State& st, Input& in) {
     }
 }
 
+bool SameElement(int value, int expected) { return value == expected; }
+bool SameElement(cow_String const& value, std::string const& expected) { return expected == value.GetCString(); }
+
+// Keeps up to four snapshot walks of lists. With four held, one of them is
+// walked instead, checked against the model taken with it, and dropped: a
+// walk must show its list as it was when it was made.
+template <class Snapshot, class List, class Model>
+void TakeOrCheckWalk(std::vector<Snapshot>& walks, Input& in, List const& list, Model const& model) {
+    using Iter = typename decltype(Snapshot::it)::element_type;
+    if (walks.size() < 4) {
+        walks.push_back({std::make_unique<Iter>(list), model});
+        return;
+    }
+    std::size_t const w = static_cast<std::size_t>(in.Below(4));
+    Snapshot& walk = walks[w];
+    std::size_t i = 0;
+    for (walk.it->First(); !walk.it->IsDone(); walk.it->Next(), ++i) {
+        FUZZ_CHECK(i < walk.model.size());
+        FUZZ_CHECK(SameElement(walk.it->Current(), walk.model[i]));
+    }
+    FUZZ_CHECK(i == walk.model.size());
+    walks.erase(walks.begin() + static_cast<long>(w));
+}
+
 void ListStep(State& st, Input& in) {
     int const a = in.Below(kSlots), b = in.Below(kSlots);
     cow_List<int>& list = st.lists[a];
@@ -306,19 +330,7 @@ void ListStep(State& st, Input& in) {
             model = st.listModels[b];
             break;
         default:
-            if (st.listWalks.size() < 4) {
-                st.listWalks.push_back({std::make_unique<cow_ListIter<int>>(list), model});
-            } else {
-                std::size_t const w = static_cast<std::size_t>(in.Below(4));
-                ListSnapshot& walk = st.listWalks[w];
-                std::size_t i = 0;
-                for (walk.it->First(); !walk.it->IsDone(); walk.it->Next(), ++i) {
-                    FUZZ_CHECK(i < walk.model.size());
-                    FUZZ_CHECK(walk.it->Current() == walk.model[i]);
-                }
-                FUZZ_CHECK(i == walk.model.size());
-                st.listWalks.erase(st.listWalks.begin() + static_cast<long>(w));
-            }
+            TakeOrCheckWalk(st.listWalks, in, list, model);
     }
 }
 
@@ -416,19 +428,7 @@ void StringStep(State& st, Input& in) {
             model = st.stringModels[b];
             break;
         default:
-            if (st.stringWalks.size() < 4) {
-                st.stringWalks.push_back({std::make_unique<cow_1DArrayListIter<cow_String>>(list), model});
-            } else {
-                std::size_t const w = static_cast<std::size_t>(in.Below(4));
-                StringSnapshot& walk = st.stringWalks[w];
-                std::size_t i = 0;
-                for (walk.it->First(); !walk.it->IsDone(); walk.it->Next(), ++i) {
-                    FUZZ_CHECK(i < walk.model.size());
-                    FUZZ_CHECK(walk.model[i] == walk.it->Current().GetCString());
-                }
-                FUZZ_CHECK(i == walk.model.size());
-                st.stringWalks.erase(st.stringWalks.begin() + static_cast<long>(w));
-            }
+            TakeOrCheckWalk(st.stringWalks, in, list, model);
     }
 }
 
