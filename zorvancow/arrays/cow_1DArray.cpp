@@ -1,15 +1,11 @@
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/lists/detail/cow_ListAlgorithms.h"
 
 // Same size, and each pair of elements either at one address (a shared
-// block) or equal in value. Reading creates absent blocks of both arrays.
+// block) or equal in value: the lists' element-wise equality over the whole
+// extent. Reading creates absent blocks of both arrays.
 template <>
 bool cow_1DArray<int>::IsEqual(cow_1DArray<int> const& other) const {
-    int size = end - head;
-    if (size != other.end - other.head) return false;
-    for (int i = 0; i < size; ++i) {
-        int const& mine = PartialArrayConstGet(i);
-        int const& theirs = other.PartialArrayConstGet(i);
-        if (&mine != &theirs && mine != theirs) return false;
-    }
-    return true;
+    int const size = end - head;
+    return size == other.end - other.head && cow_ListAlgorithms<int>::Equal(*this, other, size);
 }
