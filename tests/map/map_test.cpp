@@ -231,14 +231,3 @@ TEST(MapIterator, SortedWalksGoByBytesOrNumbers) {
     EXPECT_EQ(Walk(cow_ConstMapSortedIt<int, int>(ints)), (std::vector<int>{-1, 0, 1}));
     EXPECT_EQ(Walk(cow_ConstMapSortedIt<int, int>(ints, true)), (std::vector<int>{1, 0, -1}));
 }
-
-TEST(Map, ValuesWithStorageOfTheirOwnAreCopiedPerMap) {
-    testing_support::NoLeaks noLeaks;  // last out: after the maps
-    omi_BlkBitVect v;
-    v.SetBit(70000);
-    cow_Map<int, omi_BlkBitVect> bits, copy;
-    bits.Insert(1, v);
-    copy = bits;
-    copy.Get(1).SetBit(5);
-    EXPECT_TRUE(!bits.ConstGet(1).TestBit(5) && copy.ConstGet(1).TestBit(5) && copy.ConstGet(1).TestBit(70000));
-}

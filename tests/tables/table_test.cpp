@@ -172,19 +172,6 @@ TEST(IntTableIterator, WalksSignedKeysInAscendingOrder) {
     EXPECT_TRUE(Keys(Table()).empty());
 }
 
-// Keys in distant table blocks and element blocks of both halves, with the
-// pointer arrays grown far past the last key still in use.
-TEST(IntTableIterator, SkipsEmptyBlocksInBothHalves) {
-    std::vector<int> const far = {-2000000000, -(5 << 20) - 3, -1048576, -1023, -1, 0, 1023, 1024,
-                                  (3 << 20) + 17, 1000000000, INT_MAX - 1};
-    Table sparse;
-    Fill(sparse, far);
-    Fill(sparse, {INT_MAX, -INT_MAX});
-    sparse.Remove(INT_MAX), sparse.Remove(-INT_MAX);
-    EXPECT_EQ(sparse.GetNonNegative().GetBlockCount(), 2048u);
-    EXPECT_EQ(Keys(sparse), far);
-}
-
 TEST(UintTableIterator, WalksBothWaysAndSortedModeUsesTheCallback) {
     omi_UintTable<cow_String> table, empty;
     std::vector<unsigned int> const keys = {0, 1, 63, 64, 1u << 20, (1u << 20) + 5, 3000000000u, UINT32_MAX};

@@ -52,12 +52,6 @@ TEST(TreeModel, WritesToOneTreeNeverShowInItsCopies) {
                   ASSERT_EQ(held != nullptr, s.model.count(key) == 1);
                   if (held != nullptr) *held = cow_String(value.c_str()), s.model[key] = value;
               }},
-             {1, [&](Slot& s) {
-                  pickKey();
-                  auto found = s.model.find(key);
-                  EXPECT_EQ(Text(s.value.ConstGet(cow_String(key.c_str()))),
-                            found == s.model.end() ? std::string() : found->second);
-              }},
              run.CopyFromAny(1),
              {1, [&](Slot& s) {
                   Slot const& from = run.Below(8) == 0 ? Slot{} : run.Any();  // rarely the empty state
