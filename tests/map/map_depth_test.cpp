@@ -89,21 +89,6 @@ TEST(MapDepth, AChainOfTwentyThousandLevelsWalksCopiesAndDiesOnASmallStack) {
     });
 }
 
-TEST(MapDepth, DestructionOfWideAndDeepSubtreesFreesEveryNodeOnce) {
-    // Integer keys fill every branch, so the destruction stack holds both
-    // sides of many nodes; a copy that shares half of the tree keeps it.
-    NoLeaks noLeaks;
-    auto* a = new cow_Map<int, cow_String>;
-    cow_String text("shared");
-    for (int i = 0; i < 5000; ++i) a->Insert(i * 7919, text);
-    cow_Map<int, cow_String> b = *a;
-    for (int i = 0; i < 5000; i += 2) b.Remove(i * 7919);
-    delete a;
-    EXPECT_EQ(b.GetCount(), 2500);
-    for (int i = 1; i < 5000; i += 2) ASSERT_TRUE(b.IsMember(i * 7919));
-    EXPECT_EQ(text.GetShareCount(), 2501);
-}
-
 #if ZORVANCOW_CHECKED
 TEST(MapCheckedDeathTest, AnIteratorAtItsEndHasNoEntry) {
     cow_Map<int, int> map;

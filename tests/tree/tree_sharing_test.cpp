@@ -88,18 +88,6 @@ TEST(BtreeIterator, RandomStepsTurnsAndRestartsFollowTheSortedKeys) {
     EXPECT_EQ(it.GetStackDepth(), 1);
 }
 
-TEST(BtreeIterator, WritesToASharingTreeDoNotDisturbTheWalk) {
-    IntTree walked = Build(kSeven);
-    IntTree other = walked;
-    Iterator it(walked);
-    it.First();
-    it.Next();
-    other.InsertUnlessMember(8, 0), other.Remove(3), *other.Get(4) = 44;
-    std::vector<int> rest;
-    for (; !it.IsDone(); it.Next()) rest.push_back(it.CurrentValue());
-    EXPECT_EQ(rest, (std::vector<int>{20, 30, 40, 50, 60, 70}));
-}
-
 TEST(BtreeSharing, ACopyCostsOneHandleAndAnInsertCopiesItsPath) {
     IntTree a = Build(kSeven);
     AllocationScope scope;
