@@ -135,7 +135,7 @@ TEST(Map, AWriteCopiesExactlyItsPath) {
     for (Case const& row : cases) {
         IntMap const a = Build({0, 1, 2, 3, 4, 5, 6, 7});
         IntMap b = a;
-        auto counts = [&] {
+        auto counts = [&] {  // of every link of `a`, the empty ones too
             std::vector<int> found;
             for (auto const* link : Links(a)) found.push_back(link->GetShareCount());
             return found;
@@ -205,9 +205,8 @@ TEST(MapIterator, EachWalksItsOwnSnapshotAndFreesWhatOnlyItHeld) {
     EXPECT_EQ(map.GetRoot().GetShareCount(), 2);
     std::vector<int> keys;
     for (it->First(); !it->IsDone(); it->Next()) {
-        map.Remove(it->CurrentKey());  // the entry under the walk, inside the loop
-        map.Insert(it->CurrentKey() + 100, cow_String("w"));
         keys.push_back(it->CurrentKey());
+        map.Remove(keys.back()), map.Insert(keys.back() + 100, cow_String("w"));  // inside the loop
         EXPECT_EQ(Text(it->CurrentValue()), "v");
     }
     EXPECT_EQ(keys, (std::vector<int>{5, 6, 3, 1}));

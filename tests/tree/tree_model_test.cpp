@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <map>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "support/ModelTest.h"
 #include "zorvancow/tree/cow_Btree.h"
@@ -63,13 +65,10 @@ TEST(TreeModel, WritesToOneTreeNeverShowInItsCopies) {
                 ASSERT_EQ(s.value.GetCount(), static_cast<int>(s.model.size()));
                 ASSERT_EQ(s.value.GetRoot() == nullptr, s.model.empty());
                 cow_BtreeIterator<cow_String, cow_String> it(s.value);
-                auto expected = s.model.begin();
-                for (it.First(); !it.IsDone(); it.Next(), ++expected) {
-                    ASSERT_NE(expected, s.model.end());
-                    ASSERT_EQ(Text(it.CurrentKey()), expected->first);
-                    ASSERT_EQ(Text(it.CurrentValue()), expected->second);
-                }
-                ASSERT_EQ(expected, s.model.end());
+                std::vector<std::pair<std::string, std::string>> walked;
+                for (it.First(); !it.IsDone() && walked.size() <= s.model.size(); it.Next())
+                    walked.emplace_back(Text(it.CurrentKey()), Text(it.CurrentValue()));
+                ASSERT_EQ(walked, (std::vector<std::pair<std::string, std::string>>(s.model.begin(), s.model.end())));
                 auto reverse = s.model.rbegin();
                 for (it.Last(); !it.IsDone(); it.Previous(), ++reverse) ASSERT_EQ(Text(it.CurrentKey()), reverse->first);
                 if (run.Step() % 16 == 0) Depth(s.value.GetRoot());
