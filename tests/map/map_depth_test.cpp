@@ -89,6 +89,26 @@ TEST(MapDepth, AChainOfTwentyThousandLevelsWalksCopiesAndDiesOnASmallStack) {
     });
 }
 
+// A text's digits run over its bytes from both ends inward, so a chain on
+// digit 1 needs keys as long as the chain is deep, every byte odd; each key
+// then lands a level below the last. They differ in their first two bytes,
+// so that comparing two of them stops early. Dropping the map frees the whole
+// chain without a call per level.
+TEST(MapDepth, AChainOnDigitOneIsFreedOnASmallStack) {
+    int const n = 4000;
+    NoLeaks noLeaks;
+    OnSmallStack([n] {
+        cow_Map<cow_String, int> map;
+        std::string key(n + 2, '\x01');
+        for (int i = 0; i < n; ++i) {
+            key[0] = static_cast<char>(1 + 2 * (i % 128));
+            key[1] = static_cast<char>(1 + 2 * (i / 128));
+            map.Insert(cow_String(key.c_str()), i);
+        }
+        ASSERT_EQ(map.GetDepth(cow_String(key.c_str())), n - 1);
+    });
+}
+
 #if ZORVANCOW_CHECKED
 TEST(MapCheckedDeathTest, AnIteratorAtItsEndHasNoEntry) {
     cow_Map<int, int> map;
