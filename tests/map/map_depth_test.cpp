@@ -95,9 +95,9 @@ TEST(MapDepth, AChainOfTwentyThousandLevelsWalksCopiesAndDiesOnASmallStack) {
 // so that comparing two of them stops early. Dropping the map frees the whole
 // chain without a call per level.
 TEST(MapDepth, AChainOnDigitOneIsFreedOnASmallStack) {
-    int const n = 4000;
     NoLeaks noLeaks;
-    OnSmallStack([n] {
+    OnSmallStack([] {
+        int const n = 4000;
         cow_Map<cow_String, int> map;
         std::string key(n + 2, '\x01');
         for (int i = 0; i < n; ++i) {

@@ -247,6 +247,16 @@ template <class C>
 using SequenceHash = std::conditional_t<IsHashable<SequenceElement<C>>::value, SequenceHasher<C>, DisabledHash>;
 }  // namespace cow_detail
 
+// Marks the class template `Sequence` (of one element type) as a sequence and
+// gives it the std::hash of its elements; written once after the class.
+#define ZORVANCOW_STD_SEQUENCE(Sequence)                                 \
+    template <class T>                                                   \
+    struct cow_IsSequence<Sequence<T>> : std::true_type {};              \
+    namespace std {                                                      \
+    template <class T>                                                   \
+    struct hash<Sequence<T>> : cow_detail::SequenceHash<Sequence<T>> {}; \
+    }
+
 template <class C, class = cow_detail::EnableSequence<C>>
 inline bool operator==(C const& a, C const& b) {
     return cow_detail::SequenceEqual(a, b);

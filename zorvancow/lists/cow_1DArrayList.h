@@ -124,17 +124,23 @@ public:
     // Inspection: the storage, to see what is shared.
     cow_1DArray<T> const& GetArray() const { return array; }
 
-    // Standard interface (arrays/detail/cow_BlockSequence.h: iterators, size,
-    // element access; lists/detail/cow_1DArrayListStd.h). Iterators read only and are
-    // invalidated by any write to this list.
+    // Standard interface, with iterators, size and element access from
+    // arrays/detail/cow_BlockSequence.h, and the comparisons, printing and
+    // std::hash of every sequence (core/cow_Std.h). Iterators read only, never
+    // unshare and hold no count: any write to this list (Get, Append, removal,
+    // Clear, Sort, assignment, destruction) invalidates them, as a write to a
+    // std::vector does; writes to copies are harmless. For a walk that
+    // survives writes, walk a copy (one increment), or use cow_1DArrayListIter.
     // A list of `values`, appended in order.
-    cow_1DArrayList(std::initializer_list<T> values);
+    cow_1DArrayList(std::initializer_list<T> values) : cow_1DArrayList(values.begin(), values.end()) {}
     // A list of the elements of [first, last), appended in order.
     template <class It, class = cow_detail::EnableIterator<It>>
-    cow_1DArrayList(It first, It last);
+    cow_1DArrayList(It first, It last) : cow_1DArrayList() {
+        for (; first != last; ++first) Append(*first);
+    }
     // A list of the elements of a range (a std::vector, another container).
     template <class R, class = cow_detail::EnableRange<R, cow_1DArrayList>>
-    explicit cow_1DArrayList(R const& range);
+    explicit cow_1DArrayList(R const& range) : cow_1DArrayList(cow_detail::Begin(range), cow_detail::End(range)) {}
     // Random-access iterators over the elements, first to last.
     cow_BlockIterator<T> begin() const { return this->cbegin(); }
     cow_BlockIterator<T> end() const { return this->cend(); }
@@ -297,6 +303,6 @@ inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
 
 #include "zorvancow/lists/cow_1DArrayListExports.h"
 
-#include "zorvancow/lists/detail/cow_1DArrayListStd.h"
+ZORVANCOW_STD_SEQUENCE(cow_1DArrayList)
 
 #endif

@@ -121,17 +121,23 @@ public:
     // Inspection: the storage, to see what is shared and where the head is.
     cow_1DArray<T> const& GetArray() const { return array; }
 
-    // Standard interface (arrays/detail/cow_BlockSequence.h: iterators, size,
-    // element access; lists/detail/cow_ListStd.h). Iterators read only and are
-    // invalidated by any write to this list.
+    // Standard interface, with iterators, size and element access from
+    // arrays/detail/cow_BlockSequence.h, and the comparisons, printing and
+    // std::hash of every sequence (core/cow_Std.h). Iterators read only, never
+    // unshare and hold no count: any write to this list (Get, Append, removal,
+    // Clear, Sort, assignment, destruction) invalidates them, as a write to a
+    // std::vector does; writes to copies are harmless. For a walk that
+    // survives writes, walk a copy (one increment), or use cow_ListIter.
     // A list of `values`, appended in order.
-    cow_List(std::initializer_list<T> values);
+    cow_List(std::initializer_list<T> values) : cow_List(values.begin(), values.end()) {}
     // A list of the elements of [first, last), appended in order.
     template <class It, class = cow_detail::EnableIterator<It>>
-    cow_List(It first, It last);
+    cow_List(It first, It last) : cow_List() {
+        for (; first != last; ++first) Append(*first);
+    }
     // A list of the elements of a range (a std::vector, another container).
     template <class R, class = cow_detail::EnableRange<R, cow_List>>
-    explicit cow_List(R const& range);
+    explicit cow_List(R const& range) : cow_List(cow_detail::Begin(range), cow_detail::End(range)) {}
     // Random-access iterators over the elements, first to last.
     cow_BlockIterator<T> begin() const { return this->cbegin(); }
     cow_BlockIterator<T> end() const { return this->cend(); }
@@ -331,6 +337,6 @@ inline cow_ListIter<T>::~cow_ListIter() {}
 
 #include "zorvancow/lists/cow_ListExports.h"
 
-#include "zorvancow/lists/detail/cow_ListStd.h"
+ZORVANCOW_STD_SEQUENCE(cow_List)
 
 #endif

@@ -248,12 +248,6 @@ inline cow_BlockIterator<T> end(cow_1DArray<T>& array) {
     return array.cend();
 }
 
-template <class T>
-struct cow_IsSequence<cow_1DArray<T>> : std::true_type {};
-
-namespace std {
-template <class T>
-struct hash<cow_1DArray<T>> : cow_detail::SequenceHash<cow_1DArray<T>> {};
-}  // namespace std
+ZORVANCOW_STD_SEQUENCE(cow_1DArray)
 
 #endif

@@ -41,12 +41,6 @@ inline T const& cow_FixedArray<T>::at(std::size_t i) const {
     return ConstGet(static_cast<int>(i));
 }
 
-template <class T>
-struct cow_IsSequence<cow_FixedArray<T>> : std::true_type {};
-
-namespace std {
-template <class T>
-struct hash<cow_FixedArray<T>> : cow_detail::SequenceHash<cow_FixedArray<T>> {};
-}  // namespace std
+ZORVANCOW_STD_SEQUENCE(cow_FixedArray)
 
 #endif
