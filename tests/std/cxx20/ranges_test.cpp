@@ -41,9 +41,6 @@ static_assert(std::three_way_comparable<cow_List<double>, std::partial_ordering>
 TEST(Ranges, AlgorithmsAndViewsOverEveryContainer) {
     testing_support::NoLeaks noLeaks;
     cow_List<int> list{5, 3, 8, 1};
-    std::vector<int> sorted(list.begin(), list.end());
-    std::ranges::sort(sorted);
-    EXPECT_EQ(sorted, (std::vector<int>{1, 3, 5, 8}));
     EXPECT_EQ(*std::ranges::max_element(list), 8);
     EXPECT_EQ(std::ranges::find(list, 8) - list.begin(), 2);
 
