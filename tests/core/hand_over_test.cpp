@@ -57,124 +57,120 @@ void ExpectSameTree(Tree::Handle const* copy, Tree::Handle const* source) {
     ExpectSameTree(c->GetRight(), s->GetRight());
 }
 
-TEST(HandOver, ArraysAndListsShareNoTableBlockOrText) {
+// Every test gives back all it allocated.
+class HandOver : public ::testing::Test {
     testing_support::NoLeaks noLeaks;
-    {
-        // A list grown at both ends, shared by a copy, with a default string
-        // and an empty one among its elements.
-        cow_List<cow_String> list;
-        for (int i = 0; i < 40; ++i) list.Append(cow_String(std::to_string(i).c_str()));
-        list.Prepend(cow_String());
-        list.Prepend(cow_String(""));
-        cow_List<cow_String> sharer = list;
-        int const tableShares = list.GetArray().GetTableShareCount();
-        int const textShares = list.ConstGet(5).GetShareCount();
+};
 
-        cow_List<cow_String> handed = cow_HandOver(list);
-        ASSERT_EQ(handed.GetCount(), list.GetCount());
-        for (int i = 0; i < list.GetCount(); ++i) ExpectOwnText(handed.ConstGet(i), list.ConstGet(i));
-        ExpectOwnBlocks(handed.GetArray(), list.GetArray());
-        // The source's counts are where they were.
-        EXPECT_EQ(list.GetArray().GetTableShareCount(), tableShares);
-        EXPECT_EQ(list.ConstGet(5).GetShareCount(), textShares);
+TEST_F(HandOver, ArraysAndListsShareNoTableBlockOrText) {
+    // A list grown at both ends, shared by a copy, with a default string
+    // and an empty one among its elements.
+    cow_List<cow_String> list;
+    for (int i = 0; i < 40; ++i) list.Append(cow_String(std::to_string(i).c_str()));
+    list.Prepend(cow_String());
+    list.Prepend(cow_String(""));
+    cow_List<cow_String> sharer = list;
+    int const tableShares = list.GetArray().GetTableShareCount();
+    int const textShares = list.ConstGet(5).GetShareCount();
 
-        // A sparse array keeps its holes and size; no block appears in the source.
-        cow_1DArray<int> sparse(1000);
-        sparse.Get(900) = 7;
-        cow_1DArray<int> sparseCopy = sparse;
-        cow_1DArray<int> handedSparse = cow_HandOver(sparse);
-        EXPECT_EQ(handedSparse.GetSize(), 1000);
-        EXPECT_EQ(handedSparse.GetBlock(0), nullptr);
-        EXPECT_EQ(sparse.GetBlock(0), nullptr);
-        EXPECT_EQ(handedSparse.PartialArrayConstGet(900), 7);
-        ExpectOwnBlocks(handedSparse, sparse);
+    cow_List<cow_String> handed = cow_HandOver(list);
+    ASSERT_EQ(handed.GetCount(), list.GetCount());
+    for (int i = 0; i < list.GetCount(); ++i) ExpectOwnText(handed.ConstGet(i), list.ConstGet(i));
+    ExpectOwnBlocks(handed.GetArray(), list.GetArray());
+    // The source's counts are where they were.
+    EXPECT_EQ(list.GetArray().GetTableShareCount(), tableShares);
+    EXPECT_EQ(list.ConstGet(5).GetShareCount(), textShares);
 
-        EXPECT_EQ(cow_HandOver(cow_1DArrayList<int>()).GetCount(), 0);
-    }
+    // A sparse array keeps its holes and size; no block appears in the source.
+    cow_1DArray<int> sparse(1000);
+    sparse.Get(900) = 7;
+    cow_1DArray<int> sparseCopy = sparse;
+    cow_1DArray<int> handedSparse = cow_HandOver(sparse);
+    EXPECT_EQ(handedSparse.GetSize(), 1000);
+    EXPECT_EQ(handedSparse.GetBlock(0), nullptr);
+    EXPECT_EQ(sparse.GetBlock(0), nullptr);
+    EXPECT_EQ(handedSparse.PartialArrayConstGet(900), 7);
+    ExpectOwnBlocks(handedSparse, sparse);
+
+    EXPECT_EQ(cow_HandOver(cow_1DArrayList<int>()).GetCount(), 0);
 }
 
-TEST(HandOver, ShapesAndHandlesGetTheirOwnRepresentation) {
-    testing_support::NoLeaks noLeaks;
-    {
-        cow_FixedArray<cow_String> fixed(3, cow_String("f"));
-        cow_FixedArray<cow_String> fixedSharer = fixed;
-        auto handedFixed = cow_HandOver(fixed);
-        EXPECT_EQ(handedFixed.GetShareCount(), 1);
-        EXPECT_EQ(fixed.GetShareCount(), 2);
-        ASSERT_EQ(handedFixed.GetSize(), 3);
-        for (int i = 0; i < 3; ++i) ExpectOwnText(handedFixed.ConstGet(i), fixed.ConstGet(i));
+TEST_F(HandOver, ShapesAndHandlesGetTheirOwnRepresentation) {
+    cow_FixedArray<cow_String> fixed(3, cow_String("f"));
+    cow_FixedArray<cow_String> fixedSharer = fixed;
+    auto handedFixed = cow_HandOver(fixed);
+    EXPECT_EQ(handedFixed.GetShareCount(), 1);
+    EXPECT_EQ(fixed.GetShareCount(), 2);
+    ASSERT_EQ(handedFixed.GetSize(), 3);
+    for (int i = 0; i < 3; ++i) ExpectOwnText(handedFixed.ConstGet(i), fixed.ConstGet(i));
 
-        cow_2DArray<cow_String> matrix(2, 3, cow_String());
-        matrix.Get(1, 2) = cow_String("m");
-        auto handedMatrix = cow_HandOver(matrix);
-        EXPECT_NE(handedMatrix.GetRep(), matrix.GetRep());
-        ASSERT_EQ(handedMatrix.GetRows(), 2);
-        ASSERT_EQ(handedMatrix.GetColumns(), 3);
-        for (int i = 0; i < 6; ++i) ExpectOwnText(handedMatrix.ConstGet(i / 3, i % 3), matrix.ConstGet(i / 3, i % 3));
+    cow_2DArray<cow_String> matrix(2, 3, cow_String());
+    matrix.Get(1, 2) = cow_String("m");
+    auto handedMatrix = cow_HandOver(matrix);
+    EXPECT_NE(handedMatrix.GetRep(), matrix.GetRep());
+    ASSERT_EQ(handedMatrix.GetRows(), 2);
+    ASSERT_EQ(handedMatrix.GetColumns(), 3);
+    for (int i = 0; i < 6; ++i) ExpectOwnText(handedMatrix.ConstGet(i / 3, i % 3), matrix.ConstGet(i / 3, i % 3));
 
-        cow_COW<cow_FixedArray<cow_String>> handle(fixed);
-        cow_COW<cow_FixedArray<cow_String>> handleSharer = handle;
-        auto handedHandle = cow_HandOver(handle);
-        EXPECT_EQ(handedHandle.GetShareCount(), 1);
-        EXPECT_NE(handedHandle.ConstGet(), handle.ConstGet());
-        EXPECT_EQ(handedHandle.ConstGet()->GetShareCount(), 1);
-        ExpectOwnText(handedHandle.ConstGet()->ConstGet(0), fixed.ConstGet(0));
+    cow_COW<cow_FixedArray<cow_String>> handle(fixed);
+    cow_COW<cow_FixedArray<cow_String>> handleSharer = handle;
+    auto handedHandle = cow_HandOver(handle);
+    EXPECT_EQ(handedHandle.GetShareCount(), 1);
+    EXPECT_NE(handedHandle.ConstGet(), handle.ConstGet());
+    EXPECT_EQ(handedHandle.ConstGet()->GetShareCount(), 1);
+    ExpectOwnText(handedHandle.ConstGet()->ConstGet(0), fixed.ConstGet(0));
 
-        cow_COW<int> none(static_cast<int*>(nullptr));
-        auto handedNone = cow_HandOver(none);
-        EXPECT_EQ(handedNone.ConstGet(), nullptr);
-        EXPECT_NE(handedNone.GetCounter(), none.GetCounter());
-    }
+    cow_COW<int> none(static_cast<int*>(nullptr));
+    auto handedNone = cow_HandOver(none);
+    EXPECT_EQ(handedNone.ConstGet(), nullptr);
+    EXPECT_NE(handedNone.GetCounter(), none.GetCounter());
 }
 
-TEST(HandOver, TreesAndMapsKeepTheirExactShape) {
-    testing_support::NoLeaks noLeaks;
-    {
-        // Ascending keys make the tree rotate; a rebuild by insertion in
-        // another order would give another shape.
-        Tree tree;
-        for (int i = 0; i < 30; ++i) {
-            std::string key = (i < 10 ? "k0" : "k") + std::to_string(i);
-            tree.InsertUnlessMember(cow_String(key.c_str()), cow_String(("v" + key).c_str()));
-        }
-        Tree treeSharer = tree;
-        tree.Get(cow_String("k07"));  // some nodes private, the rest shared with treeSharer
-        auto handedTree = cow_HandOver(tree);
-        EXPECT_EQ(handedTree.GetCount(), tree.GetCount());
-        ExpectSameTree(handedTree.GetRoot(), tree.GetRoot());
-        EXPECT_EQ(cow_HandOver(Tree()).GetRoot(), nullptr);
-
-        // A map of lists, whose keys went through a removal (a key pulled up
-        // a level). Same node walk order and depths: every key in its place.
-        cow_Map<cow_String, cow_1DArrayList<cow_String>> map;
-        cow_1DArrayList<cow_String> words;
-        words.Append(cow_String("w"));
-        for (int i = 0; i < 40; ++i) map.Insert(cow_String(("key" + std::to_string(i * 7)).c_str()), words);
-        map.Remove(cow_String("key0"));
-        cow_Map<cow_String, cow_1DArrayList<cow_String>> mapSharer = map;
-
-        auto handedMap = cow_HandOver(map);
-        EXPECT_EQ(handedMap.GetCount(), map.GetCount());
-        EXPECT_EQ(map.GetRoot().GetShareCount(), 2);
-        EXPECT_EQ(handedMap.GetRoot().GetShareCount(), 1);
-        cow_ConstMapIterator<cow_String, cow_1DArrayList<cow_String>> walk(handedMap);
-        cow_ConstMapIterator<cow_String, cow_1DArrayList<cow_String>> sourceWalk(map);
-        for (walk.First(), sourceWalk.First(); !walk.IsDone(); walk.Next(), sourceWalk.Next()) {
-            ASSERT_FALSE(sourceWalk.IsDone());
-            ExpectOwnText(walk.CurrentKey(), sourceWalk.CurrentKey());
-            EXPECT_EQ(handedMap.GetDepth(walk.CurrentKey()), map.GetDepth(sourceWalk.CurrentKey()));
-            ExpectOwnText(walk.CurrentValue().ConstGet(0), words.ConstGet(0));
-            ExpectOwnBlocks(walk.CurrentValue().GetArray(), words.GetArray());
-        }
-        EXPECT_TRUE(sourceWalk.IsDone());
+TEST_F(HandOver, TreesAndMapsKeepTheirExactShape) {
+    // Ascending keys make the tree rotate; a rebuild by insertion in
+    // another order would give another shape.
+    Tree tree;
+    for (int i = 0; i < 30; ++i) {
+        std::string key = (i < 10 ? "k0" : "k") + std::to_string(i);
+        tree.InsertUnlessMember(cow_String(key.c_str()), cow_String(("v" + key).c_str()));
     }
+    Tree treeSharer = tree;
+    tree.Get(cow_String("k07"));  // some nodes private, the rest shared with treeSharer
+    auto handedTree = cow_HandOver(tree);
+    EXPECT_EQ(handedTree.GetCount(), tree.GetCount());
+    ExpectSameTree(handedTree.GetRoot(), tree.GetRoot());
+    EXPECT_EQ(cow_HandOver(Tree()).GetRoot(), nullptr);
+
+    // A map of lists, whose keys went through a removal (a key pulled up
+    // a level). Same node walk order and depths: every key in its place.
+    cow_Map<cow_String, cow_1DArrayList<cow_String>> map;
+    cow_1DArrayList<cow_String> words;
+    words.Append(cow_String("w"));
+    for (int i = 0; i < 40; ++i) map.Insert(cow_String(("key" + std::to_string(i * 7)).c_str()), words);
+    map.Remove(cow_String("key0"));
+    cow_Map<cow_String, cow_1DArrayList<cow_String>> mapSharer = map;
+
+    auto handedMap = cow_HandOver(map);
+    EXPECT_EQ(handedMap.GetCount(), map.GetCount());
+    EXPECT_EQ(map.GetRoot().GetShareCount(), 2);
+    EXPECT_EQ(handedMap.GetRoot().GetShareCount(), 1);
+    cow_ConstMapIterator<cow_String, cow_1DArrayList<cow_String>> walk(handedMap);
+    cow_ConstMapIterator<cow_String, cow_1DArrayList<cow_String>> sourceWalk(map);
+    for (walk.First(), sourceWalk.First(); !walk.IsDone(); walk.Next(), sourceWalk.Next()) {
+        ASSERT_FALSE(sourceWalk.IsDone());
+        ExpectOwnText(walk.CurrentKey(), sourceWalk.CurrentKey());
+        EXPECT_EQ(handedMap.GetDepth(walk.CurrentKey()), map.GetDepth(sourceWalk.CurrentKey()));
+        ExpectOwnText(walk.CurrentValue().ConstGet(0), words.ConstGet(0));
+        ExpectOwnBlocks(walk.CurrentValue().GetArray(), words.GetArray());
+    }
+    EXPECT_TRUE(sourceWalk.IsDone());
 }
 
 // The point of it all: values go to other threads by cow_HandOver while the
 // sender keeps copying and writing its own values, which share storage among
 // themselves. Under ThreadSanitizer any count touched from two threads shows
 // as a race.
-TEST(HandOver, HandedValuesWorkOnOtherThreadsWhileTheSenderWrites) {
+TEST_F(HandOver, HandedValuesWorkOnOtherThreadsWhileTheSenderWrites) {
     using Map = cow_Map<cow_String, cow_1DArrayList<cow_String>>;
     using Words = cow_Btree<cow_String, int>;
     Map map;
