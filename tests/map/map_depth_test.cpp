@@ -61,14 +61,11 @@ TEST(MapDepth, AChainOfTwentyThousandLevelsWalksCopiesAndDiesOnASmallStack) {
         }
         {
             cow_ConstMapSortedIt<cow_String, int> sorted(map);
-            sorted.First();
-            cow_String const* previous = nullptr;
+            std::string previous;  // below every key: none is empty
             int seen = 0;
-            for (; !sorted.IsDone(); sorted.Next(), ++seen) {
-                if (previous != nullptr) {
-                    ASSERT_LT(cow_StringByteCompare(*previous, sorted.CurrentKey()), 0);
-                }
-                previous = &sorted.CurrentKey();
+            for (sorted.First(); !sorted.IsDone(); sorted.Next(), ++seen) {
+                ASSERT_LT(previous, sorted.CurrentKey().GetCString());  // std::string compares bytes unsigned
+                previous = sorted.CurrentKey().GetCString();
             }
             EXPECT_EQ(seen, n);
         }
@@ -90,21 +87,6 @@ TEST(MapDepth, AChainOfTwentyThousandLevelsWalksCopiesAndDiesOnASmallStack) {
         EXPECT_EQ(copy->GetCount(), n - 1);
         delete copy;
     });
-}
-
-TEST(MapDepth, DestructionOfWideAndDeepSubtreesFreesEveryNodeOnce) {
-    // Integer keys fill every branch, so the destruction stack holds both
-    // sides of many nodes; a copy that shares half of the tree keeps it.
-    NoLeaks noLeaks;
-    auto* a = new cow_Map<int, cow_String>;
-    cow_String text("shared");
-    for (int i = 0; i < 5000; ++i) a->Insert(i * 7919, text);
-    cow_Map<int, cow_String> b = *a;
-    for (int i = 0; i < 5000; i += 2) b.Remove(i * 7919);
-    delete a;
-    EXPECT_EQ(b.GetCount(), 2500);
-    for (int i = 1; i < 5000; i += 2) ASSERT_TRUE(b.IsMember(i * 7919));
-    EXPECT_EQ(text.GetShareCount(), 2501);
 }
 
 #if ZORVANCOW_CHECKED
