@@ -1,10 +1,11 @@
-// Counted handles: who shares, who copies, who frees, and when.
+// Counted handles: who shares, who copies, who frees, and when. Trees, maps
+// and tables hold their storage through these handles, so their sharing
+// tests count the same things again at scale.
 
 #include "zorvancow/core/cow_COW.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
 
 #include "support/AllocationCounter.h"
@@ -16,91 +17,75 @@ namespace {
 
 // A pointee that counts its live instances and copies.
 struct Tracked {
-    static int live;
-    static int copies;
+    static inline int live = 0, copies = 0;
     int value;
     explicit Tracked(int v) : value(v) { ++live; }
     Tracked(Tracked const& other) : value(other.value) { ++live; ++copies; }
     ~Tracked() { --live; }
 };
-int Tracked::live = 0;
-int Tracked::copies = 0;
 
 using Handle = cow_COW<Tracked>;
 
+// Every test ends with no pointee alive and every counter given back.
 class CountedHandle : public ::testing::Test {
 protected:
     void SetUp() override { Tracked::live = 0; Tracked::copies = 0; }
     void TearDown() override { EXPECT_EQ(Tracked::live, 0); }
+    testing_support::NoLeaks noLeaks;
 };
 
-TEST_F(CountedHandle, CopySharesAndAllocatesNothing) {
-    Handle a(new Tracked(1));
+TEST_F(CountedHandle, CopiesShareUntilTheFirstWriteCopiesOnceOnTheWritersSide) {
+    Handle a(Tracked(1));  // built from a value: a private copy
+    EXPECT_EQ(Tracked::copies, 1);
     AllocationScope scope;
     Handle b = a;
-    Handle c(b);
+    { Handle gone(b); }
     EXPECT_EQ(scope.News(), 0u);
-    EXPECT_EQ(a.ConstGet(), c.ConstGet());
-    EXPECT_EQ(a.GetCounter(), c.GetCounter());
-    EXPECT_EQ(a.GetShareCount(), 3);
-    EXPECT_EQ(Tracked::copies, 0);
-}
+    EXPECT_EQ(a.ConstGet(), b.ConstGet());
+    EXPECT_EQ(a.GetShareCount(), 2);
 
-TEST_F(CountedHandle, FirstWriteThroughSharedHandleCopiesOnceOnWriterSide) {
-    Handle a(new Tracked(1));
-    Handle b = a;
     Tracked const* original = a.ConstGet();
-    cow_Counter const* originalCounter = a.GetCounter();
-
-    AllocationScope scope;
     Tracked& written = b.Get();
     EXPECT_EQ(scope.News(), 2u) << "one new object and one new counter";
-    EXPECT_EQ(Tracked::copies, 1);
     EXPECT_NE(&written, original);
     EXPECT_EQ(a.ConstGet(), original) << "the reader keeps the old object";
-    EXPECT_EQ(a.GetCounter(), originalCounter);
     EXPECT_EQ(a.GetShareCount(), 1);
-    EXPECT_EQ(b.GetShareCount(), 1);
-
-    written.value = 7;
-    EXPECT_EQ(a.ConstGet()->value, 1);
-
     // Both are sole holders now: neither write copies again.
-    AllocationScope again;
     EXPECT_EQ(&b.Get(), &written);
     EXPECT_EQ(&a.Get(), original);
-    EXPECT_EQ(again.News(), 0u);
-    EXPECT_EQ(Tracked::copies, 1);
+    EXPECT_EQ(scope.News(), 2u);
+    EXPECT_EQ(Tracked::copies, 2);
 }
 
-TEST_F(CountedHandle, AssignmentInItsSharingSituations) {
-    // Self-assignment, at count 1 and when shared.
+TEST_F(CountedHandle, AssigningAHandleReleasesTheOldPointeeOnlyAtItsLastHolder) {
+    // To itself at count 1, and between two holders of one pointee.
     Handle a(new Tracked(1));
     Tracked const* object = a.ConstGet();
     Handle& alias = a;
     a = alias;
     EXPECT_EQ(a.ConstGet(), object);
-    EXPECT_EQ(a.GetShareCount(), 1);
-    EXPECT_EQ(Tracked::live, 1);
-
-    // Between two handles on one pointee.
     Handle b = a;
     b = a;
     EXPECT_EQ(a.GetShareCount(), 2);
-    EXPECT_EQ(Tracked::live, 1);
 
-    // From another pointee while the old one is still held elsewhere: nothing dies.
+    // From another pointee while the old one is still held elsewhere: nothing
+    // dies; by the old one's last holder: it dies.
     Handle other(new Tracked(2));
     b = other;
     EXPECT_EQ(Tracked::live, 2);
     EXPECT_EQ(a.GetShareCount(), 1);
-    EXPECT_EQ(other.GetShareCount(), 2);
-
-    // From another pointee by its last holder: the old pointee dies, exactly once.
     a = other;
     EXPECT_EQ(Tracked::live, 1);
     EXPECT_EQ(other.GetShareCount(), 3);
     EXPECT_EQ(a.ConstGet()->value, 2);
+
+    // Handles on null share their counter like any other.
+    Handle empty(static_cast<Tracked*>(nullptr));
+    Handle copy = empty;
+    Handle sole(static_cast<Tracked*>(nullptr));
+    sole = copy;
+    EXPECT_EQ(sole.GetCounter(), empty.GetCounter());
+    EXPECT_EQ(empty.GetShareCount(), 3);
 }
 
 TEST_F(CountedHandle, AssigningAPointerLeavesTheOtherHoldersTheOldObject) {
@@ -111,9 +96,7 @@ TEST_F(CountedHandle, AssigningAPointerLeavesTheOtherHoldersTheOldObject) {
     cow_Counter const* shared = a.GetCounter();
     b = new Tracked(2);
     EXPECT_EQ(a.GetShareCount(), 2);
-    EXPECT_EQ(a.GetCounter(), shared);
     EXPECT_NE(b.GetCounter(), shared);
-    EXPECT_EQ(b.GetShareCount(), 1);
     EXPECT_EQ(Tracked::live, 2);
 
     // On a sole handle: the old object dies and the counter stays.
@@ -129,35 +112,6 @@ TEST_F(CountedHandle, AssigningAPointerLeavesTheOtherHoldersTheOldObject) {
     EXPECT_EQ(b.ConstGet(), nullptr);
     EXPECT_EQ(b.GetShareCount(), 1);
     EXPECT_EQ(Tracked::live, 1);
-}
-
-TEST_F(CountedHandle, HandleOnNullSharesItsCounter) {
-    testing_support::NoLeaks noLeaks;
-    {
-        Handle empty(static_cast<Tracked*>(nullptr));
-        Handle copy = empty;
-        EXPECT_EQ(empty.GetShareCount(), 2);
-        EXPECT_EQ(copy.GetCounter(), empty.GetCounter());
-        copy = empty;
-        Handle sole(static_cast<Tracked*>(nullptr));
-        sole = copy;
-        EXPECT_EQ(sole.GetShareCount(), 3);
-    }
-    EXPECT_EQ(Tracked::copies, 0);
-}
-
-TEST_F(CountedHandle, LastHolderFreesExactlyOnce) {
-    testing_support::NoLeaks noLeaks;
-    {
-        Handle a(Tracked(5));  // built from a value: a private copy
-        EXPECT_EQ(Tracked::copies, 1);
-        Handle b = a;
-        { Handle c = b; }
-        EXPECT_EQ(Tracked::live, 1);
-        a = Handle(new Tracked(6));
-        EXPECT_EQ(Tracked::live, 2);
-    }
-    EXPECT_EQ(Tracked::live, 0);
 }
 
 TEST(IntrusiveCountedBase, SetCounterWarnsOnlyWhenReplacingAnotherCounter) {
