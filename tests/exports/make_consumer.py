@@ -1,0 +1,192 @@
+#!/usr/bin/env python3
+"""Writes a client that uses every member libzorvancow.exports lists.
+
+Each line of the manifest names one exported member as `nm -DC` prints it.
+The client made here holds one reference to each, spelled from that line:
+
+- a member function by its address, taken inside an explicit instantiation
+  (where access is not checked, so private steps are reached too) and kept
+  alive at run time;
+- a constructor by a placement new with arguments of the listed types, and a
+  destructor by an explicit call, both in a branch that never runs;
+- a free function by its address, its type spelled from the line.
+
+Built at -O0 and at -O2 and linked with --no-undefined, the client links only
+if the library exports every member the manifest lists and the headers leave
+to it. The manifest is the one list: a row added there is used here too.
+"""
+
+import argparse
+import re
+
+
+def split_top(text, sep=","):
+    """Splits at `sep` outside <>, () and []."""
+    parts, depth, current = [], 0, ""
+    for ch in text:
+        if ch in "<([":
+            depth += 1
+        elif ch in ">)]":
+            depth -= 1
+        if ch == sep and depth == 0:
+            parts.append(current.strip())
+            current = ""
+        else:
+            current += ch
+    if current.strip():
+        parts.append(current.strip())
+    return parts
+
+
+def parse(line):
+    """(scope, name, parameter types, const) of one manifest line."""
+    const = line.endswith(" const")
+    body = line[: -len(" const")] if const else line
+    assert body.endswith(")"), line
+    depth = 0
+    for i in range(len(body) - 1, -1, -1):
+        depth += {")": 1, "(": -1}.get(body[i], 0)
+        if depth == 0:
+            open_at = i
+            break
+    qualified, params = body[:open_at], body[open_at + 1 : -1]
+    # The last '::' outside template arguments separates scope and name;
+    # an operator's own '<' and '>' come after it and end the scan.
+    depth, cut = 0, -1
+    for i, ch in enumerate(qualified):
+        if qualified.startswith("operator", i) and depth == 0:
+            break
+        if ch == "<":
+            depth += 1
+        elif ch == ">":
+            depth -= 1
+        elif qualified.startswith("::", i) and depth == 0:
+            cut = i
+    scope = qualified[:cut] if cut >= 0 else ""
+    name = qualified[cut + 2 :] if cut >= 0 else qualified
+    return scope, name, split_top(params), const
+
+
+def base_name(scope):
+    return re.sub(r"<.*", "", scope.split("::")[-1])
+
+
+PROLOGUE = """// Written by tests/exports/make_consumer.py from libzorvancow.exports: one
+// reference to each member the library exports. Do not edit.
+
+#include <new>
+#include <type_traits>
+
+#include "zorvancow/zorvancow.h"
+
+namespace {
+
+bool Never() {
+    static bool volatile never = false;
+    return never;
+}
+
+// A value of type T for a call that never runs.
+template <class T>
+T&& Fake() {
+    static std::remove_reference_t<T>* volatile nowhere = nullptr;
+    return static_cast<T&&>(*nowhere);
+}
+
+template <class P>
+void Keep(P p) {
+    asm volatile("" : : "r"(&p) : "memory");
+}
+
+// The member of C taking A..., picked from its overloads by parameter types
+// and constness alone, static or not.
+template <class C, class... A>
+struct Member {
+    template <class R>
+    static constexpr auto Of(R (C::*p)(A...)) { return p; }
+    template <class R>
+    static constexpr auto Of(R (*p)(A...)) { return p; }
+    template <class R>
+    static constexpr auto OfConst(R (C::*p)(A...) const) { return p; }
+};
+
+// Keeps the member P at start-up; an explicit instantiation names it
+// whatever its access.
+template <auto P>
+struct Reach {
+    static bool const kept;
+};
+template <auto P>
+bool const Reach<P>::kept = (Keep(P), true);
+
+// Constructors and destructors run on storage of their class, never. Each
+// is used both as a whole object's (placement new, a qualified destructor
+// call) and as a base's (through a derived class, which may also call a
+// protected one), since the library exports both variants.
+template <class C>
+struct Storage {
+    alignas(C) unsigned char bytes[sizeof(C)];
+    C* get() { return reinterpret_cast<C*>(bytes); }
+};
+template <class C>
+struct Derived : C {
+    template <class... A>
+    explicit Derived(A&&... a) : C(static_cast<A&&>(a)...) {}
+};
+template <class C, class = void, class... A>
+struct Public : std::false_type {};
+template <class C, class... A>
+struct Public<C, decltype(void(::new (std::declval<void*>()) C(std::declval<A>()...))), A...> : std::true_type {};
+
+template <class C, class... A>
+void Construct(A&&... a) {
+    if constexpr (Public<C, void, A&&...>::value) ::new (static_cast<void*>(Storage<C>().get())) C(static_cast<A&&>(a)...);
+    ::new (static_cast<void*>(Storage<Derived<C>>().get())) Derived<C>(static_cast<A&&>(a)...);
+}
+template <class C>
+void Destroy() {
+    Storage<C>().get()->C::~C();
+    Storage<Derived<C>>().get()->Derived<C>::~Derived();
+}
+
+"""
+
+
+def main():
+    options = argparse.ArgumentParser()
+    options.add_argument("--manifest", required=True)
+    options.add_argument("--output", required=True)
+    args = options.parse_args()
+
+    reach, calls = [], []
+    seen = set()
+    for raw in open(args.manifest, encoding="utf-8"):
+        line = raw.strip()
+        if not line or line.startswith("#") or line in seen:
+            continue
+        seen.add(line)
+        scope, name, params, const = parse(line)
+        types = ", ".join([scope] + params) if scope else ", ".join(params)
+        if scope and name == base_name(scope):
+            arguments = ", ".join(f"Fake<{p}>()" for p in params)
+            calls.append(f"        Construct<{scope}>({arguments});")
+        elif scope and name == "~" + base_name(scope):
+            calls.append(f"        Destroy<{scope}>();")
+        elif scope:
+            pick = "OfConst" if const else "Of"
+            reach.append(f"template struct Reach<Member<{types}>::{pick}(&{scope}::{name})>;")
+        else:
+            # A free function: its result type is that of a call to it.
+            call = f"{name}({', '.join(f'Fake<{p}>()' for p in params)})"
+            calls.append(f"        Keep(static_cast<decltype({call}) (*)({', '.join(params)})>(&{name}));")
+
+    with open(args.output, "w", encoding="utf-8") as out:
+        out.write(PROLOGUE)
+        out.write("\n".join(reach) + "\n\n}  // namespace\n\n")
+        out.write("int main() {\n    if (Never()) {\n")
+        out.write("\n".join(calls) + "\n")
+        out.write("    }\n    return 0;\n}\n")
+
+
+if __name__ == "__main__":
+    main()
