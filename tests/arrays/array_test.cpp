@@ -184,6 +184,12 @@ TEST(BlockedArray, SetFromArrayCopiesOneRunPerBlock) {
 }
 
 TEST(BlockedArrayIter, StopsAtHolesAndTheEnd) {
+    // Nothing to read: never written, and drained by RemoveHead (end above 0).
+    cow_1DArray<int> untouched(100), drained = Filled(3);
+    for (int k = 0; k < 3; ++k) drained.RemoveHead();
+    EXPECT_EQ(cow_1DArrayIter<int>(untouched).GetBlockData(), nullptr);
+    EXPECT_EQ(cow_1DArrayIter<int>(drained).GetBlockData(), nullptr);
+
     // First block present, second absent: a hole with the position below the limit.
     cow_1DArray<int> sparse(100);
     for (int i = 0; i < 16; ++i) sparse.Get(i) = i;

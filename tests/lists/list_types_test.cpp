@@ -73,6 +73,7 @@ TYPED_TEST(ListOf, SearchRemovalAndDifferenceGoByEquality) {
     EXPECT_EQ(Contents(list), Contents(of({a, b, a})));
     EXPECT_TRUE(list.IsEqual(of({a, b, a})));
     EXPECT_FALSE(list.IsEqual(of({a, b, b})));
+    EXPECT_FALSE(list.IsEqual(of({a, b}))) << "a prefix is not equal";
     if (up.size() > 2) {
         EXPECT_EQ(list.Position(up[2]), -1);
         EXPECT_EQ(list.AppendUnlessMember(up[2]).GetCount(), 4);
