@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
-#include <cstdio>
-#include <cstring>
+#include <fstream>
 #include <new>
+#include <string>
 
 #include "support/FaultInjection.h"
 #include "support/NoLeaks.h"
@@ -17,21 +17,18 @@ namespace {
 
 using testing_support::NoLeaks;
 
-TEST(TableLimitsDeathTest, ArgumentsWhoseShiftsOverflowAreRefusedInEveryBuild) {
+TEST(TableLimitsDeathTest, ShiftArgumentsPastTheirLimitsAreRefusedInEveryBuildAndWorkAtThem) {
     EXPECT_DEATH(omi_UintTable<cow_String>(0, 10, 24),
                  "^omi_UintTable::omi_UintTable: needs a from 1 to 32 and a \\+ b at most 32 \\(a 0, b 10\\)\n");
     EXPECT_DEATH(omi_UintTable<cow_String>(33, 0, 24), "omi_UintTable::omi_UintTable: .* \\(a 33, b 0\\)");
     EXPECT_DEATH(omi_UintTable<cow_String>(12, 21, 24), "omi_UintTable::omi_UintTable: .* \\(a 12, b 21\\)");
     EXPECT_DEATH(omi_IntTable<cow_String>(20, 13, 1), "omi_UintTable::omi_UintTable: .* \\(a 20, b 13\\)");
     EXPECT_DEATH(omi_BlockedArray<cow_String>(4, 32), "omi_BlockedArray::omi_BlockedArray: shift out of range \\(shift 32\\)");
-}
 
-TEST(TableLimits, EveryKeyItsOwnTableBlockWorks) {
+    // a = 32 is in range: every key its own table block.
     NoLeaks noLeaks;
-    cow_String value("v");
-    // Every key its own table block: a = 32.
     omi_UintTable<cow_String> single(32, 0, 0);
-    EXPECT_TRUE(single.Insert(5000, value));
+    EXPECT_TRUE(single.Insert(5000, cow_String("v")));
     EXPECT_EQ(single.GetBlockCount(), 5056u);
     EXPECT_TRUE(single.Remove(5000));
 }
@@ -39,14 +36,11 @@ TEST(TableLimits, EveryKeyItsOwnTableBlockWorks) {
 // Limits this process's address space to what it maps now plus `extra`
 // bytes, so that a huge allocation fails at once instead of paging.
 void LimitAddressSpace(unsigned long long extra) {
+    std::ifstream status("/proc/self/status");
+    std::string field;
+    while (status >> field && field != "VmSize:") continue;
     unsigned long long kib = 0;
-    if (FILE* status = std::fopen("/proc/self/status", "r")) {
-        char line[256];
-        while (std::fgets(line, sizeof line, status) != nullptr) {
-            if (std::strncmp(line, "VmSize:", 7) == 0) kib = std::strtoull(line + 7, nullptr, 10);
-        }
-        std::fclose(status);
-    }
+    status >> kib;
     rlimit limit{kib * 1024 + extra, kib * 1024 + extra};
     setrlimit(RLIMIT_AS, &limit);
 }

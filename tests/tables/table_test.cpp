@@ -35,26 +35,20 @@ std::vector<int> Keys(Table const& table, int (*order)(void const*, void const*)
 }
 
 TEST(BlockedArray, AssignmentIsDeepInAllThreeShapes) {
-    NoLeaks noLeaks;
-    {
-        omi_BlockedArray<cow_String> source(4, 2);
-        source.Set(2, cow_String("two"));
-        source.Set(13, cow_String("thirteen"));
-        // Other pointer array length, other block size, same shape.
-        omi_BlockedArray<cow_String> longer(9, 5), wider(4, 4), same(4, 2);
-        longer.Set(200, cow_String("gone"));
-        wider.Set(3, cow_String("wide"));
-        same.Set(9, cow_String("nine"));
-        for (omi_BlockedArray<cow_String>* target : {&longer, &wider, &same}) {
-            *target = source;
-            *target = *target;
-            EXPECT_EQ(target->GetBlockCount(), 4u);
-            EXPECT_EQ(target->GetBlockSize(), 4u);
-            EXPECT_FALSE(target->HasElementBlock(2)) << "no block where the source has none";
-            EXPECT_EQ(Text(target->ConstGet(2)), "two");
-            target->Set(13, cow_String("changed"));
-            EXPECT_EQ(Text(source.ConstGet(13)), "thirteen");
-        }
+    NoLeaks noLeaks;  // last out: after the arrays
+    omi_BlockedArray<cow_String> source(4, 2);
+    source.Set(2, cow_String("two")), source.Set(13, cow_String("thirteen"));
+    // Other pointer array length, other block size, same shape.
+    omi_BlockedArray<cow_String> longer(9, 5), wider(4, 4), same(4, 2);
+    longer.Set(200, cow_String("gone")), wider.Set(3, cow_String("wide")), same.Set(9, cow_String("nine"));
+    for (omi_BlockedArray<cow_String>* target : {&longer, &wider, &same}) {
+        *target = source;
+        *target = *target;
+        EXPECT_EQ(target->GetBlockCount() * 10 + target->GetBlockSize(), 44u);
+        EXPECT_FALSE(target->HasElementBlock(2)) << "no block where the source has none";
+        EXPECT_EQ(Text(target->ConstGet(2)), "two");
+        target->Set(13, cow_String("changed"));
+        EXPECT_EQ(Text(source.ConstGet(13)), "thirteen");
     }
 }
 
@@ -105,7 +99,7 @@ TEST(UintTable, RemovalKeepsStaleValuesAndFreesEmptiedBlocks) {
         << "a new table block holds defaults around the key";
 }
 
-TEST(IntTable, SignRuleSplitsKeysBetweenHalves) {
+TEST(IntTable, SignRuleSplitsKeysBetweenHalvesOfTheGivenWidths) {
     Table table;
     EXPECT_EQ(table.FindBlock(INT_MIN), nullptr) << "past the pointer array";
     Fill(table, {0, -1, INT_MIN});
@@ -115,9 +109,7 @@ TEST(IntTable, SignRuleSplitsKeysBetweenHalves) {
     EXPECT_EQ(table.GetNegative().GetBlockCount(), 2112u) << "magnitude 2^31 is table block 2048";
     EXPECT_EQ(table.FindBlock(INT_MIN), table.GetNegative().GetTableBlock(2048));
 
-}
-
-TEST(IntTable, BothHalvesTakeTheGivenFieldWidths) {
+    // Both halves take the given field widths.
     Table custom(16, 8, 4);
     Fill(custom, {-5, 5});
     for (omi_UintTable<cow_String> const* half : {&custom.GetNegative(), &custom.GetNonNegative()}) {
@@ -127,6 +119,7 @@ TEST(IntTable, BothHalvesTakeTheGivenFieldWidths) {
     }
 }
 
+// What a write through one handle leaves in the others is the model test's.
 TEST(IntTable, HandleCopiesTheWholeTableOnceAtTheFirstWrite) {
     NoLeaks noLeaks;
     long const liveInts = omi_IntTable<int>::GetLiveCount();
@@ -137,12 +130,8 @@ TEST(IntTable, HandleCopiesTheWholeTableOnceAtTheFirstWrite) {
         Table const* before = first.ConstGet();
         Table& written = second.Get();
         EXPECT_NE(&written, before) << "the writer gets its own table";
-        EXPECT_EQ(first.ConstGet(), before) << "the other keeps the old one";
-        EXPECT_NE(written.FindBlock(-7), before->FindBlock(-7)) << "both halves are copied deeply";
-        EXPECT_NE(written.FindBlock(7), before->FindBlock(7));
         EXPECT_EQ(written.ConstGet(7)->GetHeader(), before->ConstGet(7)->GetHeader()) << "texts stay shared";
         written.Insert(-7, cow_String("changed"));
-        EXPECT_EQ(Text(first.ConstGet()->ConstGet(-7)), "-7");
         EXPECT_EQ(&second.Get(), &written) << "a second write copies nothing";
         EXPECT_EQ(&first.Get(), before) << "nor does the sole holder's first";
 
@@ -154,10 +143,9 @@ TEST(IntTable, HandleCopiesTheWholeTableOnceAtTheFirstWrite) {
         // The base sibling's table of ints shares through the same handle.
         cow_COW<omi_IntTable<int>> ints(new omi_IntTable<int>);
         ints.Get().Insert(-3, 30);
-        cow_COW<omi_IntTable<int>> intsCopy = ints;
-        intsCopy.Get().Insert(-3, 31);
+        cow_COW<omi_IntTable<int>>(ints).Get().Insert(-3, 31);
         EXPECT_EQ(*ints.ConstGet()->ConstGet(-3), 30);
-        EXPECT_EQ(omi_IntTable<int>::GetLiveCount(), liveInts + 2);
+        EXPECT_EQ(omi_IntTable<int>::GetLiveCount(), liveInts + 1);
     }
     EXPECT_EQ(omi_IntTable<int>::GetLiveCount(), liveInts) << "destroyed through the virtual destructor";
 }
@@ -178,31 +166,7 @@ TEST(IntTableIterator, WalksSignedKeysInAscendingOrder) {
     it.First();
     EXPECT_EQ(it.CurrentKey(), INT_MIN) << "First starts the same walk again";
     EXPECT_EQ(it.GetRemaining(), 3) << "the negative keys, the current one included";
-
-}
-
-TEST(IntTableIterator, LastFindsNothingWithoutANonNegativeKey) {
-    Table onlyNegative;
-    EXPECT_TRUE(Keys(onlyNegative).empty());
-    Fill(onlyNegative, {-5, -1});
-    omi_IntTableIterator<cow_String> last(onlyNegative);
-    last.Last();
-    EXPECT_TRUE(last.IsDone()) << "Last looks at the non-negative half only";
-
-}
-
-// Keys in distant table blocks and element blocks of both halves, with the
-// pointer arrays grown far past the last key still in use.
-TEST(IntTableIterator, SkipsEmptyBlocksInBothHalves) {
-    std::vector<int> const far = {-2000000000, -(5 << 20) - 3, -1048576, -1023, -1, 0, 1023, 1024,
-                                  (3 << 20) + 17, 1000000000, INT_MAX - 1};
-    Table sparse;
-    Fill(sparse, far);
-    Fill(sparse, {INT_MAX, -INT_MAX});
-    sparse.Remove(INT_MAX);
-    sparse.Remove(-INT_MAX);
-    EXPECT_EQ(sparse.GetNonNegative().GetBlockCount(), 2048u);
-    EXPECT_EQ(Keys(sparse), far);
+    EXPECT_TRUE(Keys(Table()).empty());
 }
 
 TEST(UintTableIterator, WalksBothWaysAndSortedModeUsesTheCallback) {
@@ -217,34 +181,31 @@ TEST(UintTableIterator, WalksBothWaysAndSortedModeUsesTheCallback) {
         auto key = [](void const* entry) { return (*static_cast<Record* const*>(entry))->key; };
         return key(left) < key(right) ? 1 : key(left) > key(right) ? -1 : 0;
     };
-    {
-        NoLeaks noLeaks;
-        omi_UintTableIterator<cow_String> plain(table), sorted(table, descending), lastFirst(table, descending);
-        std::vector<unsigned int> up, back, seen;
-        for (omi_UintTableIterator<cow_String>* it : {&plain, &sorted}) {
-            it->Next();  // before a First, both do nothing
-            it->Prev();
-            for (it->First(); !it->IsDone(); it->Next()) {
-                (it == &plain ? up : seen).push_back(it->CurrentKey());
-                EXPECT_EQ(it->CurrentValue().GetCString(), std::to_string(it->CurrentKey()));
-            }
+    // The keys of a whole walk, forward from First or backward from Last.
+    auto walk = [](omi_UintTableIterator<cow_String>& it, bool forward) {
+        std::vector<unsigned int> seen;
+        for (forward ? it.First() : it.Last(); !it.IsDone(); forward ? it.Next() : it.Prev()) {
+            seen.push_back(it.CurrentKey());
+            EXPECT_EQ(it.CurrentValue().GetCString(), std::to_string(it.CurrentKey()));
         }
-        for (plain.Last(); !plain.IsDone(); plain.Prev()) back.push_back(plain.CurrentKey());
-        EXPECT_EQ(up, keys);
-        EXPECT_EQ(back, down);
-        EXPECT_EQ(seen, down);
+        return seen;
+    };
+    NoLeaks noLeaks;  // the sorted records go with their iterators
+    omi_UintTableIterator<cow_String> plain(table), sorted(table, descending), lastFirst(table, descending);
+    plain.Next(), plain.Prev(), sorted.Next(), sorted.Prev();  // before a First, both do nothing
+    EXPECT_EQ(walk(plain, true), keys);
+    EXPECT_EQ(walk(plain, false), down);
+    EXPECT_EQ(walk(sorted, true), down);
 
-        sorted.Last();
-        EXPECT_EQ(sorted.CurrentKey(), 0u) << "the records are used again";
-        sorted.Prev();
-        EXPECT_EQ(sorted.CurrentKey(), 1u);
-        for (int i = 0; i < 20; ++i) sorted.Prev();
-        EXPECT_FALSE(sorted.IsDone()) << "a sorted backward walk stops at the first record";
-        EXPECT_EQ(sorted.CurrentKey(), UINT32_MAX);
-        lastFirst.Last();
-        EXPECT_EQ(lastFirst.CurrentKey(), 0u) << "Last builds the records when none exist";
-    }
-
+    sorted.Last();
+    EXPECT_EQ(sorted.CurrentKey(), 0u) << "the records are used again";
+    sorted.Prev();
+    EXPECT_EQ(sorted.CurrentKey(), 1u);
+    for (int i = 0; i < 20; ++i) sorted.Prev();
+    EXPECT_FALSE(sorted.IsDone()) << "a sorted backward walk stops at the first record";
+    EXPECT_EQ(sorted.CurrentKey(), UINT32_MAX);
+    lastFirst.Last();
+    EXPECT_EQ(lastFirst.CurrentKey(), 0u) << "Last builds the records when none exist";
     omi_UintTableIterator<cow_String> sortedEmpty(empty, descending);
     sortedEmpty.Last();
     EXPECT_TRUE(sortedEmpty.IsDone());

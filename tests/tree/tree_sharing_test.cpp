@@ -1,13 +1,17 @@
-// Sharing between trees: what a copy costs, exactly which nodes each write
-// copies, that reads change no count, and values that are containers.
+// Walks and sharing between trees: random iterator steps both ways, walks
+// under writes to a tree that shares their nodes, what a copy costs, exactly
+// which nodes each write copies, and values that are containers.
 
 #include "zorvancow/tree/cow_Btree.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
+#include <random>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/AllocationCounter.h"
@@ -18,29 +22,7 @@ namespace {
 
 using IntTree = cow_Btree<int, int>;
 using IntNode = cow_BtreeNode<int, int>;
-
-void Collect(IntTree::Handle const* link, std::vector<IntNode const*>& nodes) {
-    if (link == nullptr) return;
-    nodes.push_back(link->ConstGet());
-    Collect(link->ConstGet()->GetLeft(), nodes);
-    Collect(link->ConstGet()->GetRight(), nodes);
-}
-
-std::vector<IntNode const*> Nodes(IntTree const& tree) {
-    std::vector<IntNode const*> nodes;
-    Collect(tree.GetRoot(), nodes);
-    return nodes;
-}
-
-// Keys of the nodes of `tree` that `other` does not hold (by address).
-std::set<int> PrivateKeys(IntTree const& tree, IntTree const& other) {
-    std::vector<IntNode const*> const theirs = Nodes(other);
-    std::set<IntNode const*> const shared(theirs.begin(), theirs.end());
-    std::set<int> keys;
-    for (IntNode const* node : Nodes(tree))
-        if (shared.count(node) == 0) keys.insert(node->GetKey());
-    return keys;
-}
+using Iterator = cow_BtreeIterator<int, int>;
 
 IntTree Build(std::vector<int> const& keys) {
     IntTree tree;
@@ -48,7 +30,63 @@ IntTree Build(std::vector<int> const& keys) {
     return tree;
 }
 
+// Every node under `link` with the share count of its link, in pre-order.
+std::vector<std::pair<IntNode const*, int>> Nodes(IntTree::Handle const* link) {
+    if (link == nullptr) return {};
+    std::vector<std::pair<IntNode const*, int>> nodes{{link->ConstGet(), link->GetShareCount()}};
+    for (IntTree::Handle const* child : {link->ConstGet()->GetLeft(), link->ConstGet()->GetRight()})
+        for (auto const& node : Nodes(child)) nodes.push_back(node);
+    return nodes;
+}
+
+// Keys of the nodes of `tree` that `other` does not hold (by address).
+std::set<int> PrivateKeys(IntTree const& tree, IntTree const& other) {
+    std::set<IntNode const*> theirs;
+    for (auto const& node : Nodes(other.GetRoot())) theirs.insert(node.first);
+    std::set<int> keys;
+    for (auto const& node : Nodes(tree.GetRoot()))
+        if (theirs.count(node.first) == 0) keys.insert(node.first->GetKey());
+    return keys;
+}
+
 std::vector<int> const kSeven = {4, 2, 6, 1, 3, 5, 7};  // 4(2(1,3),6(5,7))
+
+TEST(BtreeIterator, RandomStepsTurnsAndRestartsFollowTheSortedKeys) {
+    std::mt19937 random(7);
+    // Turns at a leaf, at a node with only the other child, on chains, and in
+    // a random tree; the empty tree and one element for the ends.
+    std::vector<std::vector<int>> cases = {{}, {5}, {1, 2, 3}, {3, 2, 1}, {0, 3, 1, 2}, {}};
+    for (int i = 0; i < 300; ++i) cases.back().push_back(static_cast<int>(random() % 1000));
+    for (std::vector<int> const& keys : cases) {
+        IntTree tree = Build(keys);
+        std::set<int> const unique(keys.begin(), keys.end());
+        std::vector<int> const sorted(unique.begin(), unique.end());
+        Iterator it(tree);
+        EXPECT_TRUE(it.IsDone()) << "a new iterator has no current element";
+        it.Last();
+        EXPECT_EQ(it.IsDone(), sorted.empty());
+        for (std::size_t index = sorted.size() - 1, step = 0; !sorted.empty() && step < 2000; ++step) {
+            switch (random() % 8) {
+                case 6: it.First(), index = 0; break;  // also in mid-walk: no stale frames
+                case 7: it.Last(), index = sorted.size() - 1; break;
+                default: random() % 2 == 0 ? (it.Next(), ++index) : (it.Previous(), --index);
+            }
+            if (index >= sorted.size()) {
+                ASSERT_TRUE(it.IsDone());
+                it.First(), index = 0;
+            }
+            ASSERT_EQ(it.CurrentKey(), sorted[index]);
+            ASSERT_EQ(it.CurrentValue(), sorted[index] * 10);
+        }
+    }
+    // The frames are the path from the root: a chain's last key sits three deep.
+    IntTree chain = Build({1, 2, 3});
+    Iterator it(chain);
+    it.Last();
+    EXPECT_EQ(it.GetStackDepth(), 3);
+    it.Previous(), it.Previous();
+    EXPECT_EQ(it.GetStackDepth(), 1);
+}
 
 TEST(BtreeSharing, ACopyCostsOneHandleAndAnInsertCopiesItsPath) {
     IntTree a = Build(kSeven);
@@ -56,7 +94,6 @@ TEST(BtreeSharing, ACopyCostsOneHandleAndAnInsertCopiesItsPath) {
     IntTree b(a);
     EXPECT_EQ(scope.News(), 1u) << "one handle, no node";
     EXPECT_EQ(b.GetRoot()->ConstGet(), a.GetRoot()->ConstGet());
-    EXPECT_EQ(a.GetRoot()->GetShareCount(), 2);
     b.InsertUnlessMember(8, 80);
     // Nodes 4, 6 and 7 (node and counter each, plus handles for the four
     // children of 4 and 6), and the new leaf (handle, node, counter).
@@ -68,7 +105,7 @@ TEST(BtreeSharing, ACopyCostsOneHandleAndAnInsertCopiesItsPath) {
     EXPECT_EQ(scope.News(), 14u);
 }
 
-TEST(BtreeSharing, EachWriteToACopyMakesExactlyItsPathPrivate) {
+TEST(BtreeSharing, EachWriteToACopyMakesExactlyItsPathPrivateAndReadsNothing) {
     struct Case {
         std::vector<int> keys;
         std::function<void(IntTree&)> write;
@@ -84,68 +121,38 @@ TEST(BtreeSharing, EachWriteToACopyMakesExactlyItsPathPrivate) {
         {kSeven, [](IntTree& t) { t.Remove(1); }, {4, 2}},
         {kSeven, [](IntTree& t) { t.Remove(1), t.Remove(2); }, {4, 3}},
         {{1, 2}, [](IntTree& t) { t.Remove(1); }, {2}},
+        // Reads copy nothing, allocate nothing and leave every count as it was.
+        {kSeven, [](IntTree& t) {
+             for (int key = 0; key <= 8; ++key) {
+                 EXPECT_EQ(t.IsMember(key), key >= 1 && key <= 7);
+                 EXPECT_EQ(t.ConstGet(key), key >= 1 && key <= 7 ? key * 10 : 0);
+             }
+         }, {}},
     };
     for (Case const& row : cases) {
         IntTree source = Build(row.keys);
-        std::vector<IntNode const*> const before = Nodes(source);
         IntTree copy = source;
+        auto const before = Nodes(source.GetRoot());
+        AllocationScope scope;
         row.write(copy);
+        std::size_t const news = scope.News();
         EXPECT_EQ(PrivateKeys(copy, source), row.copied);
-        EXPECT_EQ(Nodes(source), before) << "the source keeps every node";
+        auto const after = Nodes(source.GetRoot());
+        EXPECT_TRUE(std::equal(before.begin(), before.end(), after.begin(), after.end(),
+                               [](auto const& x, auto const& y) { return x.first == y.first; }))
+            << "the source keeps every node";
         for (int key : row.keys) EXPECT_EQ(source.ConstGet(key), key * 10);
+        if (row.copied.empty()) {
+            EXPECT_EQ(after, before);
+            EXPECT_EQ(news, 0u);
+        }
     }
 }
 
-TEST(BtreeSharing, ReadsChangeNoCount) {
-    IntTree a = Build(kSeven);
-    IntTree b = a;
-    auto counts = [&] {
-        std::vector<int> found;
-        for (IntNode const* node : Nodes(a))
-            for (IntTree::Handle const* child : {node->GetLeft(), node->GetRight()})
-                if (child != nullptr) found.push_back(child->GetShareCount());
-        return found;
-    };
-    std::vector<int> const before = counts();
-    AllocationScope scope;
-    for (int key = 0; key <= 8; ++key) {
-        EXPECT_EQ(b.IsMember(key), key >= 1 && key <= 7);
-        EXPECT_EQ(b.ConstGet(key), key >= 1 && key <= 7 ? key * 10 : 0);
-    }
-    EXPECT_EQ(scope.News(), 0u);
-    EXPECT_EQ(counts(), before);
-    EXPECT_EQ(a.GetRoot()->GetShareCount(), 2);
-}
-
-// Stores `value`, copies the tree, applies `write` to the copy's value and
-// checks with `probe` that only the copy sees it.
-template <class K, class V, class Write, class Probe>
-void ExpectValueWriteStaysInTheCopy(K const& key, V const& value, Write write, Probe probe) {
-    cow_Btree<K, V> tree;
-    tree.InsertUnlessMember(key, value);
-    cow_Btree<K, V> copy = tree;
-    write(*copy.Get(key));
-    EXPECT_EQ(probe(tree.ConstGet(key)), probe(value));
-    EXPECT_NE(probe(copy.ConstGet(key)), probe(value));
-}
-
-TEST(BtreeSharing, ContainerValuesAndTreesOfTrees) {
-    cow_1DArrayList<int> list;
-    list.Append(1);
-    ExpectValueWriteStaysInTheCopy(5, list, [](auto& v) { v.Append(2); }, [](auto& v) { return v.GetCount(); });
-    cow_List<atr_String> words;
-    words.Append(atr_String("w"));
-    ExpectValueWriteStaysInTheCopy(atr_String("k"), words, [](auto& v) { v.Append(atr_String("v")); },
-                                   [](auto& v) { return v.GetCount(); });
-    ExpectValueWriteStaysInTheCopy(cow_String("f"), cow_FixedArray<int>(3, 7), [](auto& v) { v.Get(0) = 9; },
-                                   [](auto& v) { return v.ConstGet(0); });
-    cow_1DArray<cow_String> line;
-    line.Get(0) = cow_String("beta");
-    ExpectValueWriteStaysInTheCopy(cow_String("w"), line, [](auto& v) { v.Get(0) = cow_String("gamma"); },
-                                   [](auto& v) { return std::string(v.PartialArrayConstGet(0).GetCString()); });
-
-    // A tree of trees shares at both levels: the copied outer node shares the
-    // inner tree until the inner tree is written.
+// Values that are containers: the tree of trees stands for them all, as a
+// node copies its value by the value's own copy constructor.
+TEST(BtreeSharing, TreesOfTreesShareAtBothLevels) {
+    // The copied outer node shares the inner tree until the inner tree is written.
     IntTree inner = Build({0, 1, 2, 3, 4, 5, 6, 7});
     cow_Btree<cow_String, IntTree> outer;
     outer.InsertUnlessMember(cow_String("a"), inner);

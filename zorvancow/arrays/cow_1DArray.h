@@ -33,6 +33,7 @@
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
+#include "zorvancow/arrays/detail/cow_BlockSequence.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvanmem/mem_Heap.h"
 
@@ -80,7 +81,7 @@ private:
 // table, private block, inside the table) and calls into the library only
 // for growth, unsharing or a new block.
 template <class T>
-class ZORVANCOW_TYPE cow_1DArray {
+class ZORVANCOW_TYPE cow_1DArray : public cow_BlockSequence<cow_1DArray<T>, T> {
 public:
     typedef cow_1DArrayBlock<T> Block;
 
@@ -157,16 +158,10 @@ public:
     Block const* GetBlock(int slot) const { return table[slot]; }
     int GetBlockCount(int slot) const { return table[slot] != nullptr ? table[slot]->GetCount() : 0; }
 
-    // Standard interface (arrays/detail/cow_1DArrayStd.h). Iterators read only
-    // and are invalidated by any write to this array. begin(array) and
-    // end(array) are free functions, since the field `end` takes the name.
-    using value_type = T;
-    using size_type = std::size_t;
-    using difference_type = std::ptrdiff_t;
-    using const_reference = T const&;
-    using reference = T const&;
-    using const_iterator = cow_BlockIterator<T>;
-    using iterator = cow_BlockIterator<T>;
+    // Standard interface (arrays/detail/cow_BlockSequence.h: iterators, size,
+    // element access; arrays/detail/cow_1DArrayStd.h). Iterators read only and
+    // are invalidated by any write to this array. begin(array) and end(array)
+    // are free functions, since the field `end` takes the name.
     // A sized array holding `values`.
     cow_1DArray(std::initializer_list<T> values);
     // A sized array holding the elements of [first, last).
@@ -175,21 +170,14 @@ public:
     // A sized array holding the elements of a range (a std::vector, a list, ...).
     template <class R, class = cow_detail::EnableRange<R, cow_1DArray>>
     explicit cow_1DArray(R const& range);
-    // Random-access iterators over the elements, head first.
-    cow_BlockIterator<T> cbegin() const { return cow_BlockIterator<T>(*this, 0, GetSize()); }
-    cow_BlockIterator<T> cend() const { return cow_BlockIterator<T>(*this, GetSize(), GetSize()); }
-    // Number of elements, and whether there are none.
-    std::size_t size() const { return static_cast<std::size_t>(GetSize()); }
-    bool empty() const { return GetSize() <= 0; }
-    // Element i, read as by PartialArrayConstGet; at() refuses an index past the end.
-    T const& operator[](std::size_t i) const { return PartialArrayConstGet(static_cast<int>(i)); }
-    T const& at(std::size_t i) const;
-    // The first and the last element of a non-empty array.
-    T const& front() const { return PartialArrayConstGet(0); }
-    T const& back() const { return PartialArrayConstGet(GetSize() - 1); }
 
 private:
     friend class cow_1DArrayIter<T>;
+    friend class cow_BlockSequence<cow_1DArray, T>;
+    static constexpr char const kSequenceName[] = "cow_1DArray";
+    cow_1DArray const& SequenceArray() const { return *this; }
+    int SequenceLength() const { return GetSize(); }
+    T const& SequenceElement(int i) const { return PartialArrayConstGet(i); }
 
     // Write access to absolute position p on a private table: creates the
     // block when absent, copies it when another table holds it too.

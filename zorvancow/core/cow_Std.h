@@ -63,6 +63,19 @@ private:
     std::size_t count = 0;
 };
 
+// The member types of an iterator that hands out its elements by value (a
+// span of a block or a row, an entry of a tree or a map): `reference` and
+// `value_type` are both that value, and operator-> gives `Arrow`.
+template <class Category, class Value, class Arrow = void>
+struct cow_ValueIteratorTypes {
+    using iterator_category = Category;
+    using iterator_concept = Category;
+    using value_type = Value;
+    using difference_type = std::ptrdiff_t;
+    using pointer = Arrow;
+    using reference = Value;
+};
+
 // One entry of a tree or a map as its iterators give it: references to the
 // key and the value held in the node. Bind it with structured bindings
 // (`for (auto const& [key, value] : tree)`) or read `first` and `second`;

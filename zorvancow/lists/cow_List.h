@@ -40,7 +40,7 @@ template <class T>
 class ZORVANCOW_TYPE cow_ListIter;
 
 template <class T>
-class ZORVANCOW_TYPE cow_List {
+class ZORVANCOW_TYPE cow_List : public cow_BlockSequence<cow_List<T>, T> {
 public:
     // An empty list; allocates only its array's counter.
     cow_List() : count(0), array() {}
@@ -121,15 +121,9 @@ public:
     // Inspection: the storage, to see what is shared and where the head is.
     cow_1DArray<T> const& GetArray() const { return array; }
 
-    // Standard interface (lists/detail/cow_ListStd.h). Iterators read only and
-    // are invalidated by any write to this list.
-    using value_type = T;
-    using size_type = std::size_t;
-    using difference_type = std::ptrdiff_t;
-    using const_reference = T const&;
-    using reference = T const&;
-    using const_iterator = cow_BlockIterator<T>;
-    using iterator = cow_BlockIterator<T>;
+    // Standard interface (arrays/detail/cow_BlockSequence.h: iterators, size,
+    // element access; lists/detail/cow_ListStd.h). Iterators read only and are
+    // invalidated by any write to this list.
     // A list of `values`, appended in order.
     cow_List(std::initializer_list<T> values);
     // A list of the elements of [first, last), appended in order.
@@ -139,22 +133,16 @@ public:
     template <class R, class = cow_detail::EnableRange<R, cow_List>>
     explicit cow_List(R const& range);
     // Random-access iterators over the elements, first to last.
-    cow_BlockIterator<T> begin() const;
-    cow_BlockIterator<T> end() const;
-    cow_BlockIterator<T> cbegin() const { return begin(); }
-    cow_BlockIterator<T> cend() const { return end(); }
-    // Number of elements, and whether there are none.
-    std::size_t size() const { return static_cast<std::size_t>(count); }
-    bool empty() const { return count == 0; }
-    // Element i, read as by ConstGet; at() refuses an index past the end.
-    T const& operator[](std::size_t i) const { return ConstGet(static_cast<int>(i)); }
-    T const& at(std::size_t i) const;
-    // The first and the last element of a non-empty list.
-    T const& front() const { return ConstGet(0); }
-    T const& back() const { return ConstGet(count - 1); }
+    cow_BlockIterator<T> begin() const { return this->cbegin(); }
+    cow_BlockIterator<T> end() const { return this->cend(); }
 
 private:
     friend class cow_ListIter<T>;
+    friend class cow_BlockSequence<cow_List, T>;
+    static constexpr char const kSequenceName[] = "cow_List";
+    cow_1DArray<T> const& SequenceArray() const { return array; }
+    int SequenceLength() const { return count; }
+    T const& SequenceElement(int i) const { return ConstGet(i); }
     typedef cow_ListAlgorithms<T> Algorithms;
 
     // The order of Sort: negative, 0 or positive as the element at `left`

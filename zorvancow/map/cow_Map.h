@@ -23,6 +23,7 @@
 
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Check.h"
+#include "zorvancow/core/cow_CollectSorted.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
@@ -349,10 +350,11 @@ private:
 // Sorted iterator
 
 // The walk of cow_ConstMapIterator in key order: First() collects the node
-// pointers and sorts them with qsort. Ascending by default; pass `true` as
-// `descending` to the constructor for the reverse order. Integer keys sort as
-// numbers (negative int keys first); string keys by unsigned bytes, never by
-// natural order. Only pointers move: no key or value is copied.
+// pointers and sorts them with qsort (core/cow_CollectSorted.h). Ascending by
+// default; pass `true` as `descending` to the constructor for the reverse
+// order. Integer keys sort as numbers (negative int keys first); string keys
+// by unsigned bytes, never by natural order. Only pointers move: no key or
+// value is copied.
 // It is a cow_ConstMapIterator (the same snapshot, node array and reads) with
 // a comparison added, and only First differs. Not copyable.
 template <class K, class V>
@@ -571,9 +573,8 @@ cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt() {}
 
 template <class K, class V>
 void cow_ConstMapSortedIt<K, V>::First() {
-    this->nodes = this->CollectNodes(this->map, this->nodes);
-    std::qsort(static_cast<void*>(this->nodes), static_cast<std::size_t>(this->map.GetCount()), sizeof(Node const*),
-               compare);
+    this->nodes = cow_CollectSorted(static_cast<std::size_t>(this->map.GetCount()), compare,
+                                    [this] { return this->CollectNodes(this->map, this->nodes); });
     this->position = 0;
 }
 

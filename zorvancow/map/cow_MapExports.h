@@ -46,34 +46,30 @@
     ZORVANCOW_MAP_ROWS(ROW, __VA_ARGS__)                                                             \
     ZORVANCOW_MAP_WALK_ROWS(ROW, __VA_ARGS__)
 
+// The values that both int and string keys take.
+#define ZORVANCOW_MAP_COMMON_VALUE_ROWS(ROW, ...)                                                    \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, int)                                                 \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, unsigned int)                                        \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, float)                                               \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, double)                                              \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, cow_String)                                          \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, cow_1DArrayList<int>)                                \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, cow_1DArrayList<float>)                              \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, cow_1DArrayList<cow_String>)                         \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, __VA_ARGS__, cow_FixedArray<double>)
+
 #define ZORVANCOW_MAP_EXPORTS(ROW)                                                                   \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, int)                                                         \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, unsigned int)                                                \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, float)                                                       \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, double)                                                      \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, cow_1DArrayList<int>)                                        \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, cow_1DArrayList<float>)                                      \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, cow_1DArrayList<cow_String>)                                 \
+    ZORVANCOW_MAP_COMMON_VALUE_ROWS(ROW, int)                                                        \
     ZORVANCOW_WALKED_MAP_ROWS(ROW, int, cow_FixedArray<int>)                                         \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, cow_FixedArray<double>)                                      \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, int, cow_String)                                                  \
     ZORVANCOW_WALKED_MAP_ROWS(ROW, int, omi_BlkBitVect)                                              \
+    ZORVANCOW_MAP_COMMON_VALUE_ROWS(ROW, cow_String)                                                 \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_List<int>)                                        \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_List<cow_String>)                                 \
+    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, atr_String)                                           \
     ZORVANCOW_MAP_ROWS(ROW, unsigned int, int)                                                       \
     ZORVANCOW_WALKED_MAP_ROWS(ROW, unsigned int, unsigned int)                                       \
     ZORVANCOW_WALKED_MAP_ROWS(ROW, unsigned int, atr_String)                                         \
     ZORVANCOW_WALKED_MAP_ROWS(ROW, unsigned int, cow_String)                                         \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, int)                                                  \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, unsigned int)                                         \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, float)                                                \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, double)                                               \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_String)                                           \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_1DArrayList<int>)                                 \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_1DArrayList<float>)                               \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_1DArrayList<cow_String>)                          \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_List<int>)                                        \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_List<cow_String>)                                 \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, cow_FixedArray<double>)                               \
-    ZORVANCOW_WALKED_MAP_ROWS(ROW, cow_String, atr_String)                                           \
     ZORVANCOW_MAP_SORTED_ROWS(ROW, cow_String, cow_String)                                           \
     ZORVANCOW_MAP_SORTED_ROWS(ROW, cow_String, float)                                                \
     ZORVANCOW_MAP_UTILS_ROWS(ROW, int, cow_1DArrayList<int>)                                         \

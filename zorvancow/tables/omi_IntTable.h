@@ -34,6 +34,7 @@
 #include "zorvanbase/omi_IntTable.h"
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Check.h"
+#include "zorvancow/core/cow_CollectSorted.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/tables/detail/omi_BlockedArray.h"
 
@@ -271,7 +272,8 @@ private:
 // one walker call, and each new table block one walker allocation.
 //
 // Sorted mode (a non-null callback) collects records of all elements at the
-// first First or Last and sorts them with qsort and the callback, which gets
+// first First or Last and sorts them with qsort and the callback (as the map
+// does, core/cow_CollectSorted.h); the callback gets
 // two pointers to array entries, each pointing to a SortedRecord. Next and
 // Prev before the records exist do nothing; a sorted Prev stops at the first
 // record and never reports the end, and a sorted Next past the end is the
@@ -533,12 +535,14 @@ template <class T>
 bool omi_UintTableIterator<T>::BuildSorted() {
     std::int32_t const n = table->count;
     if (n < 1) return false;
-    sorted = cow_Allocate([n] { return new SortedRecord*[n]; });
-    omi_UintTableIterator<T> plain(*table);
-    std::int32_t i = 0;
-    for (plain.First(); !plain.IsDone(); plain.Next())
-        sorted[i++] = cow_Allocate([&plain] { return new SortedRecord{plain.CurrentKey(), &plain.CurrentValue()}; });
-    std::qsort(sorted, static_cast<std::size_t>(n), sizeof(SortedRecord*), compare);
+    sorted = cow_CollectSorted(static_cast<std::size_t>(n), compare, [this, n] {
+        SortedRecord** records = cow_Allocate([n] { return new SortedRecord*[n]; });
+        omi_UintTableIterator<T> plain(*table);
+        std::int32_t i = 0;
+        for (plain.First(); !plain.IsDone(); plain.Next())
+            records[i++] = cow_Allocate([&plain] { return new SortedRecord{plain.CurrentKey(), &plain.CurrentValue()}; });
+        return records;
+    });
     return true;
 }
 

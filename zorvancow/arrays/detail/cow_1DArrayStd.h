@@ -4,7 +4,8 @@
 // The standard interface of the blocked array, shared with the lists that
 // sit on it: a random-access iterator that steps inside a block and reads
 // the table once per block, a block-wise walk that hands out contiguous
-// spans, and the members of cow_1DArray declared in its class.
+// spans, and the members of cow_1DArray declared in its class beyond those
+// of arrays/detail/cow_BlockSequence.h.
 //
 // Iterators read only: they give const references and never unshare. They
 // point into the blocks of the value they came from and do not hold a count,
@@ -150,14 +151,8 @@ private:
 template <class T>
 class cow_BlockRange {
 public:
-    class iterator {
+    class iterator : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Span<T const>> {
     public:
-        using iterator_category = std::forward_iterator_tag;
-        using value_type = cow_Span<T const>;
-        using difference_type = std::ptrdiff_t;
-        using pointer = void;
-        using reference = cow_Span<T const>;
-
         iterator() = default;
         iterator(cow_1DArray<T> const* array_, int position_, int stop_) : array(array_), position(position_), stop(stop_) {}
 
@@ -205,12 +200,6 @@ private:
     int stop;
 };
 
-// The block-wise walk of an array.
-template <class T>
-cow_BlockRange<T> cow_Blocks(cow_1DArray<T> const& array) {
-    return cow_BlockRange<T>(array, array.GetSize());
-}
-
 // Calls `f(T const* data, std::size_t n)` once per run of contiguous
 // elements of an array or list, in order.
 template <class Container, class F>
@@ -257,12 +246,6 @@ inline cow_BlockIterator<T> begin(cow_1DArray<T>& array) {
 template <class T>
 inline cow_BlockIterator<T> end(cow_1DArray<T>& array) {
     return array.cend();
-}
-
-template <class T>
-inline T const& cow_1DArray<T>::at(std::size_t i) const {
-    if (i >= size()) cow_detail::AtFailed("cow_1DArray", "index", static_cast<long long>(i), GetSize());
-    return PartialArrayConstGet(static_cast<int>(i));
 }
 
 template <class T>

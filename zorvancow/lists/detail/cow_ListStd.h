@@ -1,9 +1,10 @@
 #ifndef ZORVANCOW_LISTS_DETAIL_COW_LISTSTD_H
 #define ZORVANCOW_LISTS_DETAIL_COW_LISTSTD_H
 
-// The standard interface of cow_List: the members declared in its class, the
-// block-wise walk, and std::hash. Comparisons and printing are those of
-// every sequence (core/cow_Std.h).
+// The standard interface of cow_List beyond what it shares with the array
+// (arrays/detail/cow_BlockSequence.h): its constructors from values, and
+// std::hash. Comparisons and printing are those of every sequence
+// (core/cow_Std.h).
 //
 // Iterators are random access over the elements, first to last, and read
 // only: they never unshare. They point into the blocks of the list they came
@@ -31,28 +32,6 @@ inline cow_List<T>::cow_List(It first, It last) : cow_List() {
 template <class T>
 template <class R, class>
 inline cow_List<T>::cow_List(R const& range) : cow_List(cow_detail::Begin(range), cow_detail::End(range)) {}
-
-template <class T>
-inline cow_BlockIterator<T> cow_List<T>::begin() const {
-    return cow_BlockIterator<T>(array, 0, count);
-}
-
-template <class T>
-inline cow_BlockIterator<T> cow_List<T>::end() const {
-    return cow_BlockIterator<T>(array, count, count);
-}
-
-template <class T>
-inline T const& cow_List<T>::at(std::size_t i) const {
-    if (i >= size()) cow_detail::AtFailed("cow_List", "index", static_cast<long long>(i), count);
-    return ConstGet(static_cast<int>(i));
-}
-
-// The block-wise walk of a list: its elements as contiguous spans.
-template <class T>
-cow_BlockRange<T> cow_Blocks(cow_List<T> const& list) {
-    return cow_BlockRange<T>(list.GetArray(), list.GetCount());
-}
 
 template <class T>
 struct cow_IsSequence<cow_List<T>> : std::true_type {};

@@ -59,14 +59,9 @@ public:
 }  // namespace cow_detail
 
 template <class K, class V, class Walk>
-class cow_MapStdIter {
+class cow_MapStdIter
+    : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>> {
 public:
-    using iterator_category = std::forward_iterator_tag;
-    using iterator_concept = std::forward_iterator_tag;
-    using value_type = cow_Entry<K, V>;
-    using difference_type = std::ptrdiff_t;
-    using pointer = cow_EntryArrow<K, V>;
-    using reference = cow_Entry<K, V>;
 
     // A singular iterator, equal to the end of every map.
     cow_MapStdIter() = default;

@@ -16,18 +16,12 @@
 template <class T>
 class cow_2DArrayRows {
 public:
-    class iterator {
+    class iterator : public cow_ValueIteratorTypes<std::random_access_iterator_tag, cow_Span<T const>> {
     public:
-        using iterator_category = std::random_access_iterator_tag;
-        using value_type = cow_Span<T const>;
-        using difference_type = std::ptrdiff_t;
-        using pointer = void;
-        using reference = cow_Span<T const>;
-
         iterator() = default;
         iterator(T const* row_, int columns_) : row(row_), columns(columns_) {}
         cow_Span<T const> operator*() const { return cow_Span<T const>(row, static_cast<std::size_t>(columns)); }
-        cow_Span<T const> operator[](difference_type n) const { return *(*this + n); }
+        cow_Span<T const> operator[](std::ptrdiff_t n) const { return *(*this + n); }
         iterator& operator++() { return *this += 1; }
         iterator operator++(int) {
             iterator old = *this;
@@ -40,15 +34,15 @@ public:
             --*this;
             return old;
         }
-        iterator& operator+=(difference_type n) {
+        iterator& operator+=(std::ptrdiff_t n) {
             row += n * columns;
             return *this;
         }
-        iterator& operator-=(difference_type n) { return *this += -n; }
-        friend iterator operator+(iterator it, difference_type n) { return it += n; }
-        friend iterator operator+(difference_type n, iterator it) { return it += n; }
-        friend iterator operator-(iterator it, difference_type n) { return it -= n; }
-        friend difference_type operator-(iterator const& a, iterator const& b) {
+        iterator& operator-=(std::ptrdiff_t n) { return *this += -n; }
+        friend iterator operator+(iterator it, std::ptrdiff_t n) { return it += n; }
+        friend iterator operator+(std::ptrdiff_t n, iterator it) { return it += n; }
+        friend iterator operator-(iterator it, std::ptrdiff_t n) { return it -= n; }
+        friend std::ptrdiff_t operator-(iterator const& a, iterator const& b) {
             return a.columns != 0 ? (a.row - b.row) / a.columns : 0;
         }
         friend bool operator==(iterator const& a, iterator const& b) { return a.row == b.row; }

@@ -21,14 +21,9 @@
 #include "zorvancow/core/cow_Std.h"
 
 template <class K, class V, int PathLength>
-class cow_BtreeStdIter {
+class cow_BtreeStdIter
+    : public cow_ValueIteratorTypes<std::bidirectional_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>> {
 public:
-    using iterator_category = std::bidirectional_iterator_tag;
-    using iterator_concept = std::bidirectional_iterator_tag;
-    using value_type = cow_Entry<K, V>;
-    using difference_type = std::ptrdiff_t;
-    using pointer = cow_EntryArrow<K, V>;
-    using reference = cow_Entry<K, V>;
 
     // A singular iterator, equal to the end of every tree.
     cow_BtreeStdIter() = default;
