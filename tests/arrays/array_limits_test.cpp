@@ -31,28 +31,13 @@ TEST(BlockedArrayLimits, FrontGrowthOfAHugeSizedArrayKeepsPositionsInRange) {
 }
 
 TEST(BlockedArrayLimitsDeathTest, PositionsPastTheLargestIntAreRefusedInEveryBuild) {
-    EXPECT_DEATH(
-        {
-            cow_1DArray<bool> full(INT_MAX);
-            full.GetHead();
-        },
-        "cow_1DArray::GetHead: the end position would pass 2147483647 \\(end 2147483647\\)");
-    EXPECT_DEATH(
-        {
-            cow_1DArray<int> a;
-            a.Get(5) = 1;
-            a.RemoveHead();
-            a.Get(INT_MAX);
-        },
-        "cow_1DArray::Get: the position would pass 2147483647 \\(index 2147483647, head 1\\)");
-    EXPECT_DEATH(
-        {
-            cow_1DArray<int> a;
-            a.Get(0) = 1;
-            a.RemoveHead();
-            a.Grow(INT_MAX);
-        },
-        "cow_1DArray::Grow: the end position would pass 2147483647");
+    EXPECT_DEATH(cow_1DArray<bool>(INT_MAX).GetHead(),
+                 "cow_1DArray::GetHead: the end position would pass 2147483647 \\(end 2147483647\\)");
+    cow_1DArray<int> a;
+    a.Get(5) = 1;
+    a.RemoveHead();  // head 1
+    EXPECT_DEATH(a.Get(INT_MAX), "cow_1DArray::Get: the position would pass 2147483647 \\(index 2147483647, head 1\\)");
+    EXPECT_DEATH(a.Grow(INT_MAX), "cow_1DArray::Grow: the end position would pass 2147483647");
 }
 
 #if ZORVANCOW_CHECKED

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
+#include <algorithm>
+#include <tuple>
 #include <vector>
 
 #include "support/FaultInjection.h"
@@ -14,62 +15,40 @@ namespace {
 
 using testing_support::NoLeaks;
 
-TEST(ListQueue, AFifoKeepsItsTableAndPositionsSmall) {
+// A queue holds the run of ints [front, next). Ten in flight over 2^22
+// appends and as many removals: positions move back by whole blocks instead
+// of the table growing. Then rounds that grow it to 1000 and drain it to 5:
+// its table stays proportional to the most it ever held (without the moves
+// it would reach some 7,500 slots), and copies taken on the way (one also
+// walked by an iterator) keep their elements.
+TEST(ListQueue, MovingPositionsBackKeepsTheTableSmallAndCopiesWhole) {
     NoLeaks noLeaks;
-    // Ten elements in flight over 2^22 appends and as many removals: the
-    // positions move back by whole blocks instead of the table growing.
     cow_List<int> queue;
-    for (int i = 0; i < 10; ++i) queue.Append(i);
-    int front = 0;
-    int maxCapacity = 0;
-    for (int next = 10; next < 10 + (1 << 22); ++next) {
-        queue.Append(next);
-        ASSERT_EQ(queue.ConstGet(0), front);
-        queue.RemoveFirst();
-        ++front;
-        if (queue.GetArray().GetCapacity() > maxCapacity) maxCapacity = queue.GetArray().GetCapacity();
-    }
-    EXPECT_EQ(maxCapacity, 17) << "the table of the first 16 blocks plus one never grows";
-    EXPECT_LT(queue.GetArray().GetEndPosition(), 17 * 16);
-    for (int i = 0; i < 10; ++i) EXPECT_EQ(queue.ConstGet(i), front + i);
-}
-
-TEST(ListQueue, MovingPositionsBackKeepsCopiesAndLongerQueuesWhole) {
-    NoLeaks noLeaks;
-    // A queue that grows to 1000, drains to 5 and runs on: its table stays
-    // proportional to the most it ever held, and copies taken on the way
-    // (one also walked by an iterator) keep their elements.
-    cow_List<int> queue;
-    std::deque<int> model;
-    std::vector<std::pair<cow_List<int>, std::deque<int>>> copies;
-    int next = 0;
-    auto check = [](cow_List<int> const& list, std::deque<int> const& expected) {
-        ASSERT_EQ(list.GetCount(), static_cast<int>(expected.size()));
-        for (int i = 0; i < list.GetCount(); ++i) ASSERT_EQ(list.ConstGet(i), expected[i]) << i;
+    int front = 0, next = 0, widest = 0;
+    auto step = [&](int keep) {
+        queue.Append(next++);
+        for (; next - front > keep; ++front) queue.RemoveFirst();
+        widest = std::max(widest, queue.GetArray().GetCapacity());
     };
+    auto holds = [](cow_List<int> const& list, int from, int to) {
+        ASSERT_EQ(list.GetCount(), to - from);
+        for (int i = 0; i < list.GetCount(); ++i) ASSERT_EQ(list.ConstGet(i), from + i) << i;
+    };
+    for (int i = 0; i < (1 << 22); ++i) step(10);
+    EXPECT_EQ(widest, 17) << "the table of the first 16 blocks plus one never grows";
+    EXPECT_LT(queue.GetArray().GetEndPosition(), 17 * 16);
+
+    std::vector<std::tuple<cow_List<int>, int, int>> copies;
     for (int round = 0; round < 40; ++round) {
-        int const target = round % 4 == 1 ? 1000 : 5;
-        for (int step = 0; step < 3000; ++step) {
-            queue.Append(next);
-            model.push_back(next++);
-            while (static_cast<int>(model.size()) > target) {
-                queue.RemoveFirst();
-                model.pop_front();
-            }
-        }
-        if (round % 7 == 3) copies.emplace_back(queue, model);
-        check(queue, model);
+        for (int i = 0; i < 3000; ++i) step(round % 4 == 1 ? 1000 : 5);
+        if (round % 7 == 3) copies.emplace_back(queue, front, next);
+        holds(queue, front, next);
     }
-    // Twice the blocks of the longest queue plus the spare slots; without the
-    // moves the table would reach some 7,500 slots.
     EXPECT_LE(queue.GetArray().GetCapacity(), 200);
-    for (auto const& [copy, expected] : copies) check(copy, expected);
-    cow_ListIter<int> it(copies.front().first);
-    for (int expected : copies.front().second) {
-        ASSERT_FALSE(it.IsDone());
-        EXPECT_EQ(it.Current(), expected);
-        it.Next();
-    }
+    for (auto const& [copy, from, to] : copies) holds(copy, from, to);
+    int expected = std::get<1>(copies.front());
+    for (cow_ListIter<int> it(std::get<0>(copies.front())); !it.IsDone(); it.Next()) EXPECT_EQ(it.Current(), expected++);
+    EXPECT_EQ(expected, std::get<2>(copies.front()));
 }
 
 #if ZORVANCOW_CHECKED
@@ -78,8 +57,7 @@ TEST(ListCheckedDeathTest, PreconditionsStopWithOneLine) {
     EXPECT_DEATH(empty.RemoveFirst(), "^cow_List::RemoveFirst: the list is empty \\(count 0\\)\n");
     EXPECT_DEATH(empty.RemoveLast(), "cow_List::RemoveLast: the list is empty \\(count 0\\)");
     EXPECT_DEATH(empty.RemoveIndex(0), "cow_List::RemoveIndex: needs a non-empty list");
-    cow_List<int> two;
-    two.Append(1).Append(2);
+    cow_List<int> two{1, 2};
     EXPECT_DEATH(two.InsertAfter(3, 9), "cow_List::InsertAfter: index out of range \\(index 3, count 2\\)");
     EXPECT_DEATH(two.InsertAfter(-2, 9), "cow_List::InsertAfter: index out of range \\(index -2, count 2\\)");
     EXPECT_DEATH(two.Get(-1), "cow_List::Get: negative index \\(index -1, count 2\\)");
@@ -89,8 +67,7 @@ TEST(ListCheckedDeathTest, PreconditionsStopWithOneLine) {
     cow_1DArrayList<int> none;
     EXPECT_DEATH(none.Pop(), "cow_1DArrayList::Pop: the list is empty \\(count 0\\)");
     EXPECT_DEATH(none.Remove(0), "cow_1DArrayList::Remove: needs a non-empty list");
-    cow_1DArrayList<int> three;
-    for (int v : {1, 2, 3}) three.Append(v);
+    cow_1DArrayList<int> three{1, 2, 3};
     EXPECT_DEATH(three.Slice(-3, 2), "cow_1DArrayList::Slice: negative start \\(start -3, stop 2, count 3\\)");
     EXPECT_DEATH(three.Insert(4, 0), "cow_1DArrayList::Insert: index out of range \\(index 4, count 3\\)");
     EXPECT_DEATH(three.Append(three), "cow_1DArrayList::Append: a list appended to itself");
@@ -109,8 +86,7 @@ TEST(ListFaultInjectionDeathTest, EveryFailedAllocationEndsInOneLine) {
         cow_String const texts[] = {cow_String("pear"), cow_String("fig"), cow_String("kiwi")};
         for (int i = 0; i < 40; ++i) words.Append(texts[i % 3]);
         cow_List<cow_String> copy = words;
-        copy.Prepend(texts[1]).RemoveFirst().RemoveIndex(3).InsertAfter(5, texts[0]);
-        copy.Sort();
+        copy.Prepend(texts[1]).RemoveFirst().RemoveIndex(3).InsertAfter(5, texts[0]).Sort();
         cow_List<cow_String> rest = words - copy;
         cow_List<cow_1DArrayList<int>> nested;
         cow_1DArrayList<int> inner;

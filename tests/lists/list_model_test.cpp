@@ -27,12 +27,8 @@ TEST(ListModel, EditsToOneListNeverShowInItsCopiesOrIterators) {
         8000,
         {{2, [&](Slot& s) { s.value.Append(next), s.model.push_back(next++); }},
          {2, [&](Slot& s) { s.value.Prepend(next), s.model.push_front(next++); }},
-         {1, [&](Slot& s) {
-              if (!s.model.empty()) s.value.RemoveFirst(), s.model.pop_front();
-          }},
-         {1, [&](Slot& s) {
-              if (!s.model.empty()) s.value.RemoveLast(), s.model.pop_back();
-          }},
+         {1, [&](Slot& s) { if (!s.model.empty()) s.value.RemoveFirst(), s.model.pop_front(); }},
+         {1, [&](Slot& s) { if (!s.model.empty()) s.value.RemoveLast(), s.model.pop_back(); }},
          {1, [&](Slot& s) {
               int const n = static_cast<int>(s.model.size()), after = run.Below(n + 2) - 1;
               s.value.InsertAfter(after, next);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <iterator>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -30,18 +31,12 @@ template <class T> std::enable_if_t<std::is_arithmetic_v<T>, double> Plain(T val
 std::string Plain(atr_String const& value) { return value.GetCString(); }
 std::string Plain(cow_String const& value) { return value.GetCString(); }
 
-template <class List>
-auto Contents(List const& list) {
-    std::vector<decltype(Plain(list.ConstGet(0)))> out;
-    for (int i = 0; i < list.GetCount(); ++i) out.push_back(Plain(list.ConstGet(i)));
+// The elements of a list (or any range) as plain values that compare and print.
+template <class Range>
+auto Contents(Range const& range) {
+    std::vector<decltype(Plain(*std::begin(range)))> out;
+    for (auto const& element : range) out.push_back(Plain(element));
     return out;
-}
-
-template <class List, class T>
-List Of(std::vector<T> const& values) {
-    List list;
-    for (T const& value : values) list.Append(value);
-    return list;
 }
 
 template <class T> class ListOf : public ::testing::Test {};
@@ -68,7 +63,7 @@ TYPED_TEST(ListOf, SearchRemovalAndDifferenceGoByEquality) {
     NoLeaks noLeaks;
     std::vector<TypeParam> const up = Ascending<TypeParam>();
     TypeParam const a = up[0], b = up[1];
-    auto of = [](std::vector<TypeParam> const& values) { return Of<cow_List<TypeParam>>(values); };
+    auto of = [](std::vector<TypeParam> const& values) { return cow_List<TypeParam>(values); };
     auto list = of({b, a, b, a});
     EXPECT_EQ(list.Position(a), 1);
     EXPECT_TRUE(list.IsMember(b));
@@ -78,6 +73,7 @@ TYPED_TEST(ListOf, SearchRemovalAndDifferenceGoByEquality) {
     EXPECT_EQ(Contents(list), Contents(of({a, b, a})));
     EXPECT_TRUE(list.IsEqual(of({a, b, a})));
     EXPECT_FALSE(list.IsEqual(of({a, b, b})));
+    EXPECT_FALSE(list.IsEqual(of({a, b}))) << "a prefix is not equal";
     if (up.size() > 2) {
         EXPECT_EQ(list.Position(up[2]), -1);
         EXPECT_EQ(list.AppendUnlessMember(up[2]).GetCount(), 4);
@@ -98,9 +94,9 @@ TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
     list.Insert(3, v(15));
     list.Insert(list.GetCount(), v(99));
     auto const values = [&](std::vector<int> const& ints) {
-        std::vector<decltype(Plain(v(0)))> out;
-        for (int i : ints) out.push_back(Plain(v(i)));
-        return out;
+        std::vector<TypeParam> out;
+        for (int i : ints) out.push_back(v(i));
+        return Contents(out);
     };
     EXPECT_EQ(Contents(list), values({1, 0, 10, 15, 20, 30, 40, 99}));
     EXPECT_TRUE(list.Remove(100)) << "beyond the count: the last element goes";
@@ -112,8 +108,7 @@ TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
 
     EXPECT_EQ(Contents(list.Slice(1, 100)), values({10, 15, 20}));
     EXPECT_EQ(list.Slice(2, 2).GetCount() + list.Slice(3, 1).GetCount() + list.Slice(6, 9).GetCount(), 0);
-    cow_1DArrayList<TypeParam> out;
-    out.Append(v(7));
+    cow_1DArrayList<TypeParam> out{v(7)};
     list.Slice(1, 3, out);
     EXPECT_EQ(Contents(out), values({10, 15}));
 
@@ -125,9 +120,7 @@ TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
 
     int size = -1;
     TypeParam* plain = list.GetCArray(size);
-    std::vector<decltype(Plain(v(0)))> copied;
-    for (int i = 0; i < size; ++i) copied.push_back(Plain(plain[i]));
-    EXPECT_EQ(copied, Contents(list));
+    EXPECT_EQ(Contents(std::vector<TypeParam>(plain, plain + size)), Contents(list));
     delete[] plain;
 }
 
