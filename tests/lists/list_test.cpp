@@ -8,6 +8,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <random>
 #include <string>
 #include <vector>
@@ -227,6 +228,7 @@ TEST(List, StringsSortByTheNaturalOrderSwitch) {
     atr_setNaturalOrder(0);
     EXPECT_EQ(natural, (cow_List<cow_String>{cow_String("a9"), cow_String("a10"), cow_String("z"), cow_String("\xE4")}));
     EXPECT_STREQ(bytes.ConstGet(0).GetCString(), "a10") << "atr_String keeps the byte order";
+    EXPECT_EQ(std::make_pair(GetLengthShortestString(natural), GetLengthLongestString(natural)), std::make_pair(1u, 3u));
     natural.Append(cow_String());
     EXPECT_EQ(natural.Position(cow_String("")), 4) << "a default string equals the empty text";
 
