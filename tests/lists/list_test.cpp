@@ -8,9 +8,9 @@
 #include <cmath>
 #include <limits>
 #include <optional>
-#include <utility>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/AllocationCounter.h"
