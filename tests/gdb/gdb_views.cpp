@@ -29,9 +29,7 @@ int main() {
         for (int i = 0; i < 5; ++i) array.Get(i) = 10 * (i + 1);
         cow_1DArray<int> arrayCopy = array;
 
-        cow_1DArrayList<cow_String> names;
-        names.Append(cow_String("ab"));
-        names.Append(name);
+        cow_1DArrayList<cow_String> names{cow_String("ab"), name};
 
         // A copy that was written: its own table, the block still shared.
         cow_List<int> list;
@@ -48,16 +46,10 @@ int main() {
             for (int c = 0; c < 3; ++c) matrix.Get(r, c) = 3 * r + c + 1;
         }
 
-        cow_Btree<cow_String, int> tree;
-        tree.InsertUnlessMember(cow_String("pear"), 3);
-        tree.InsertUnlessMember(cow_String("apple"), 1);
-        tree.InsertUnlessMember(cow_String("fig"), 2);
+        cow_Btree<cow_String, int> tree{{cow_String("pear"), 3}, {cow_String("apple"), 1}, {cow_String("fig"), 2}};
         cow_Btree<cow_String, int> emptyTree;
 
-        cow_Map<int, cow_String> map;
-        map.Insert(5, cow_String("five"));
-        map.Insert(2, cow_String("two"));
-        map.Insert(9, cow_String("nine"));
+        cow_Map<int, cow_String> map{{5, cow_String("five")}, {2, cow_String("two")}, {9, cow_String("nine")}};
 
         // The same list handed over: nothing shared, every count 1.
         cow_1DArrayList<cow_String> handed = cow_HandOver(names);
