@@ -144,8 +144,7 @@ TEST_F(HandOver, TreesAndMapsKeepTheirExactShape) {
     // A map of lists, whose keys went through a removal (a key pulled up
     // a level). Same node walk order and depths: every key in its place.
     cow_Map<cow_String, cow_1DArrayList<cow_String>> map;
-    cow_1DArrayList<cow_String> words;
-    words.Append(cow_String("w"));
+    cow_1DArrayList<cow_String> words{cow_String("w")};
     for (int i = 0; i < 40; ++i) map.Insert(cow_String(("key" + std::to_string(i * 7)).c_str()), words);
     map.Remove(cow_String("key0"));
     cow_Map<cow_String, cow_1DArrayList<cow_String>> mapSharer = map;

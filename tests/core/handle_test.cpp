@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 
 #include "support/AllocationCounter.h"
 #include "support/NoLeaks.h"

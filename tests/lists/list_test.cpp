@@ -9,7 +9,6 @@
 #include <limits>
 #include <optional>
 #include <random>
-#include <string>
 #include <utility>
 #include <vector>
 

@@ -155,8 +155,7 @@ TEST(Map, AWriteCopiesExactlyItsPath) {
 
 TEST(Map, AbsentKeysGiveADefaultThatNoMapHolds) {
     using Map = cow_Map<int, cow_String>;
-    Map map;
-    map.Insert(1, cow_String("one"));
+    Map map{{1, cow_String("one")}};
     EXPECT_TRUE(Map::IsAbsent(map.ConstGet(2)) && !Map::IsAbsent(map.ConstGet(1)));
     map.Get(3) = cow_String("written");
     EXPECT_EQ(map.Get(4).GetHeader(), nullptr) << "each miss starts from a default";
@@ -177,8 +176,7 @@ TEST(MapIterator, NodeWalkVisitsDigitZeroSidesFirstAndTheListsComeInItsOrder) {
     EXPECT_TRUE((cow_ConstMapIterator<int, int>(IntMap()).IsDone())) << "done before First as well";
 
     cow_Map<int, cow_1DArrayList<int>> map;
-    cow_1DArrayList<int> value;
-    value.Append(0);
+    cow_1DArrayList<int> value{0};
     for (int key : {5, 3, 6, 1, 7, 2, 4, 0}) value.Get(0) = key * 10, map.Insert(key, value);
     std::vector<int> const order = {5, 6, 4, 0, 2, 3, 1, 7};
     EXPECT_EQ(Walk(cow_ConstMapIterator<int, cow_1DArrayList<int>>(map)), order);

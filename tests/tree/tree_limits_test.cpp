@@ -9,8 +9,7 @@ namespace {
 
 #if ZORVANCOW_CHECKED
 TEST(BtreeCheckedDeathTest, ADoneIteratorHasNoCurrentElementAndNoStep) {
-    cow_Btree<int, int> tree;
-    tree.InsertUnlessMember(1, 10);
+    cow_Btree<int, int> tree{{1, 10}};
     cow_BtreeIterator<int, int> it(tree);
     it.First();
     it.Next();

@@ -154,9 +154,7 @@ TEST(BtreeSharing, EachWriteToACopyMakesExactlyItsPathPrivateAndReadsNothing) {
 TEST(BtreeSharing, TreesOfTreesShareAtBothLevels) {
     // The copied outer node shares the inner tree until the inner tree is written.
     IntTree inner = Build({0, 1, 2, 3, 4, 5, 6, 7});
-    cow_Btree<cow_String, IntTree> outer;
-    outer.InsertUnlessMember(cow_String("a"), inner);
-    outer.InsertUnlessMember(cow_String("b"), inner);
+    cow_Btree<cow_String, IntTree> outer{{cow_String("a"), inner}, {cow_String("b"), inner}};
     cow_Btree<cow_String, IntTree> copy = outer;
     IntTree* written = copy.Get(cow_String("a"));
     EXPECT_EQ(inner.GetRoot()->GetShareCount(), 4);
@@ -175,8 +173,7 @@ TEST(BtreeSharing, TreesOfTreesShareAtBothLevels) {
     EXPECT_EQ(values.ConstGet(0).GetCount(), 7);
 
     // Trees as list elements: a copied list shares each tree.
-    cow_List<IntTree> forest;
-    forest.Append(inner);
+    cow_List<IntTree> forest{inner};
     cow_List<IntTree> forestCopy = forest;
     forestCopy.Get(0).Remove(1);
     EXPECT_EQ(forest.ConstGet(0).GetCount(), 8);
