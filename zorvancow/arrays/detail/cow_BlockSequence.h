@@ -54,10 +54,8 @@ public:
     T const& front() const { return (*this)[0]; }
     T const& back() const { return (*this)[size() - 1]; }
 
-    // The block-wise walk: the elements as contiguous spans, one per block.
-    friend cow_BlockRange<T> cow_Blocks(Sequence const& value) {
-        return cow_BlockRange<T>(value.Array(), value.Length());
-    }
+    template <class S, class U>
+    friend cow_BlockRange<U> cow_Blocks(cow_BlockSequence<S, U> const& value);
 
 protected:
     cow_BlockSequence() = default;
@@ -67,5 +65,12 @@ private:
     cow_1DArray<T> const& Array() const { return Self().SequenceArray(); }
     int Length() const { return Self().SequenceLength(); }
 };
+
+// The block-wise walk of an array or list: its elements as contiguous spans,
+// one per block (arrays/detail/cow_1DArrayStd.h).
+template <class Sequence, class T>
+cow_BlockRange<T> cow_Blocks(cow_BlockSequence<Sequence, T> const& value) {
+    return cow_BlockRange<T>(value.Array(), value.Length());
+}
 
 #endif
