@@ -5,7 +5,7 @@
 
 #include "zorvancow/zorvancow_version.h"
 #include "zorvancow/core/cow_COW.h"
-#include "zorvancow/core/cow_HandOver.h"
+#include "zorvancow/handover/cow_HandOver.h"
 #include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/arrays/cow_1DArray.h"

@@ -1,5 +1,5 @@
 #include "zorvancow/arrays/cow_1DArray.h"
-#include "zorvancow/lists/detail/cow_ListAlgorithms.h"
+#include "zorvancow/arrays/detail/cow_ArrayAlgorithms.h"
 
 // Same size, and each pair of elements either at one address (a shared
 // block) or equal in value: the lists' element-wise equality over the whole
@@ -7,5 +7,5 @@
 template <>
 bool cow_1DArray<int>::IsEqual(cow_1DArray<int> const& other) const {
     int const size = end - head;
-    return size == other.end - other.head && cow_ListAlgorithms<int>::Equal(*this, other, size);
+    return size == other.end - other.head && cow_detail::ArrayAlgorithms<int>::Equal(*this, other, size);
 }

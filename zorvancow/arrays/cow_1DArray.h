@@ -34,6 +34,7 @@
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/arrays/detail/cow_BlockSequence.h"
+#include "zorvancow/arrays/detail/cow_1DArrayStd.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvanmem/mem_Heap.h"
 
@@ -632,8 +633,31 @@ inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
     return *this;
 }
 
-#include "zorvancow/arrays/cow_1DArrayExports.h"
+// ---------------------------------------------------------------------------
+// Construction from values and ranges (the standard interface)
 
-#include "zorvancow/arrays/detail/cow_1DArrayStd.h"
+template <class T>
+inline cow_1DArray<T>::cow_1DArray(std::initializer_list<T> values) : cow_1DArray(values.begin(), values.end()) {}
+
+template <class T>
+template <class It, class>
+inline cow_1DArray<T>::cow_1DArray(It first, It last) : cow_1DArray() {
+    if constexpr (std::is_base_of<std::forward_iterator_tag,
+                                  typename std::iterator_traits<It>::iterator_category>::value) {
+        // A sized array: its block length and table follow from the size.
+        *this = cow_1DArray(static_cast<int>(std::distance(first, last)));
+    }
+    for (int i = 0; first != last; ++first, ++i) Get(i) = *first;
+}
+
+template <class T>
+template <class R, class>
+inline cow_1DArray<T>::cow_1DArray(R const& range) : cow_1DArray(cow_detail::Begin(range), cow_detail::End(range)) {}
+
+// An array is a few words on counted storage: it may move as bytes (cow_ElementBytewise).
+template <class T>
+struct cow_ElementBytewise<cow_1DArray<T>> : std::true_type {};
+
+#include "zorvancow/arrays/cow_1DArrayExports.h"
 
 #endif

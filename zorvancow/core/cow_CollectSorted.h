@@ -11,11 +11,13 @@
 #include <cstddef>
 #include <cstdlib>
 
+namespace cow_detail {
 template <class Collect>
-auto cow_CollectSorted(std::size_t count, int (*order)(void const*, void const*), Collect collect) {
+auto CollectSorted(std::size_t count, int (*order)(void const*, void const*), Collect collect) {
     auto entries = collect();
     std::qsort(static_cast<void*>(entries), count, sizeof *entries, order);
     return entries;
 }
+}  // namespace cow_detail
 
 #endif

@@ -28,19 +28,6 @@
 // own. A type that none of the built-in rules covers fails to compile with a
 // message naming the trait to specialise; it never compiles into a crash.
 
-template <class T>
-class cow_1DArray;
-template <class T>
-class cow_1DArrayList;
-template <class T>
-class cow_List;
-template <class T>
-class cow_FixedArray;
-template <class K, class V>
-class cow_Btree;
-template <class K, class V>
-class cow_Map;
-
 namespace cow_detail {
 template <class T>
 struct AlwaysFalse : std::false_type {};
@@ -79,24 +66,12 @@ inline int TextBit(char const* text, std::int64_t length, int depth) {
 // Whether elements of T may be moved as plain bytes, as the list sort does:
 // true for trivially copyable types and for the library's own counted values,
 // whose few words hold pointers to counted storage that a move leaves as it
-// is. Other types are moved with their own operations, with the same result.
+// is (each container family's header says so for its own values). Other types are moved with their own operations, with the same result.
 // Specialise it to std::true_type only for a type that holds no pointer into
 // itself and keeps no outside record of its address.
 template <class T>
 struct cow_ElementBytewise
     : std::integral_constant<bool, std::is_trivially_copyable<T>::value || cow_detail::IsString<T>> {};
-template <class T>
-struct cow_ElementBytewise<cow_1DArray<T>> : std::true_type {};
-template <class T>
-struct cow_ElementBytewise<cow_1DArrayList<T>> : std::true_type {};
-template <class T>
-struct cow_ElementBytewise<cow_List<T>> : std::true_type {};
-template <class T>
-struct cow_ElementBytewise<cow_FixedArray<T>> : std::true_type {};
-template <class K, class V>
-struct cow_ElementBytewise<cow_Map<K, V>> : std::true_type {};
-template <class K, class V>
-struct cow_ElementBytewise<cow_Btree<K, V>> : cow_ElementBytewise<V> {};
 
 // Making, copying, zeroing and comparing elements.
 //
@@ -302,8 +277,5 @@ private:
                       "Equal, Less and int Bit(K const&, int depth)");
     }
 };
-
-// Operators, std::hash and printing for strings and sequences.
-#include "zorvancow/core/cow_Std.h"
 
 #endif

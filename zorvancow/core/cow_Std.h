@@ -3,8 +3,8 @@
 
 // What the containers share for use like standard containers: a view of a
 // contiguous run, the entry that tree and map iterators give, printing, hash
-// mixing, the failure of at(), and the standard interface of cow_String
-// (comparisons, std::hash, printing to std::ostream).
+// mixing, and the failure of at(). cow_String's own operators, std::hash
+// and printing are in core/cow_String.h.
 //
 // All of it is inline and none of it belongs to the library's exported
 // interface.
@@ -26,12 +26,6 @@
 
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_String.h"
-
-#if defined(__cpp_impl_three_way_comparison) && defined(__cpp_lib_three_way_comparison)
-#define ZORVANCOW_THREE_WAY 1
-#else
-#define ZORVANCOW_THREE_WAY 0
-#endif
 
 // A view of `size()` elements in a row: what a block-wise walk hands out.
 // Plain pointers, so standard algorithms run over it at the speed of an array.
@@ -304,45 +298,5 @@ template <class C, std::enable_if_t<cow_IsEntryRange<C>::value, long> = 0>
 inline std::ostream& operator<<(std::ostream& out, C const& value) {
     return cow_detail::PrintEntries(out, value);
 }
-
-// ---------------------------------------------------------------------------
-// cow_String as a standard value: == and < by unsigned bytes (the string
-// equality of the whole library; the natural-order switch plays no part),
-// std::hash of the text, and printing of the text.
-
-inline bool operator==(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) == 0; }
-inline bool operator!=(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) != 0; }
-inline bool operator<(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) < 0; }
-inline bool operator>(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) > 0; }
-inline bool operator<=(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) <= 0; }
-inline bool operator>=(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) >= 0; }
-// Against any text: a std::string, a std::string_view or a literal.
-inline bool operator==(cow_String const& a, std::string_view b) { return static_cast<std::string_view>(a) == b; }
-inline bool operator!=(cow_String const& a, std::string_view b) { return static_cast<std::string_view>(a) != b; }
-#if !ZORVANCOW_THREE_WAY
-inline bool operator==(std::string_view a, cow_String const& b) { return a == static_cast<std::string_view>(b); }
-inline bool operator!=(std::string_view a, cow_String const& b) { return a != static_cast<std::string_view>(b); }
-#endif
-#if ZORVANCOW_THREE_WAY
-inline std::strong_ordering operator<=>(cow_String const& a, cow_String const& b) {
-    return cow_StringByteCompare(a, b) <=> 0;
-}
-#endif
-
-// The text, nothing else (no quotes, no line end); a default value prints nothing.
-inline std::ostream& operator<<(std::ostream& out, cow_String const& value) {
-    return out << value.GetCString();
-}
-
-namespace std {
-// The hash of the text: equal strings (by bytes) hash alike, and a string
-// hashes as the std::string_view of its text does.
-template <>
-struct hash<cow_String> {
-    std::size_t operator()(cow_String const& value) const noexcept {
-        return std::hash<std::string_view>()(static_cast<std::string_view>(value));
-    }
-};
-}  // namespace std
 
 #endif

@@ -14,12 +14,27 @@
 //   cow_StringOrderCompare - the order of cow_String tree keys and of sorted
 //       lists of cow_String: natural order while atr_getNaturalOrder() is on.
 
+#include <cstddef>
+#include <functional>
+#include <ostream>
 #include <string>
 #include <string_view>
+#if __has_include(<compare>)
+#include <compare>
+#endif
 
 #include "zorvancow/core/cow_Export.h"
 #include "zorvanmem/aio_ostream.h"
 #include "zorvanstr/atr_String.h"
+
+// C++20's three-way comparison, where both the compiler and the standard
+// library have it: cow_String and the sequences (core/cow_Std.h) then
+// offer <=>.
+#if defined(__cpp_impl_three_way_comparison) && defined(__cpp_lib_three_way_comparison)
+#define ZORVANCOW_THREE_WAY 1
+#else
+#define ZORVANCOW_THREE_WAY 0
+#endif
 
 class ZORVANCOW_TYPE cow_String : public atr_StringBase {
 public:
@@ -28,7 +43,7 @@ public:
     // A value with its own copy of `source`; the caller may free `source` at once.
     explicit cow_String(char const* source) : atr_StringBase(source) {}
 
-    // Standard interface (core/cow_Std.h has the operators and std::hash):
+    // Standard interface (the operators and std::hash follow the class):
     // A value with its own copy of `source`, up to its first zero byte.
     explicit cow_String(std::string_view source) : atr_StringBase(std::string(source).c_str()) {}
     // The text as a view, valid while this value or a copy sharing its text lives.
@@ -63,7 +78,44 @@ inline int cow_StringOrderCompare(atr_StringBase const& left, atr_StringBase con
 // Prints the text (the empty text for a default value) and nothing else.
 ZORVANCOW_API aio_ostream& operator<<(aio_ostream& stream, cow_String const& value);
 
-// The element rules and the standard interface (operators, std::hash) come with the string.
-#include "zorvancow/core/cow_Element.h"
+// ---------------------------------------------------------------------------
+// cow_String as a standard value: == and < by unsigned bytes (the string
+// equality of the whole library; the natural-order switch plays no part),
+// std::hash of the text, and printing of the text.
+
+inline bool operator==(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) == 0; }
+inline bool operator!=(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) != 0; }
+inline bool operator<(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) < 0; }
+inline bool operator>(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) > 0; }
+inline bool operator<=(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) <= 0; }
+inline bool operator>=(cow_String const& a, cow_String const& b) { return cow_StringByteCompare(a, b) >= 0; }
+// Against any text: a std::string, a std::string_view or a literal.
+inline bool operator==(cow_String const& a, std::string_view b) { return static_cast<std::string_view>(a) == b; }
+inline bool operator!=(cow_String const& a, std::string_view b) { return static_cast<std::string_view>(a) != b; }
+#if !ZORVANCOW_THREE_WAY
+inline bool operator==(std::string_view a, cow_String const& b) { return a == static_cast<std::string_view>(b); }
+inline bool operator!=(std::string_view a, cow_String const& b) { return a != static_cast<std::string_view>(b); }
+#endif
+#if ZORVANCOW_THREE_WAY
+inline std::strong_ordering operator<=>(cow_String const& a, cow_String const& b) {
+    return cow_StringByteCompare(a, b) <=> 0;
+}
+#endif
+
+// The text, nothing else (no quotes, no line end); a default value prints nothing.
+inline std::ostream& operator<<(std::ostream& out, cow_String const& value) {
+    return out << value.GetCString();
+}
+
+namespace std {
+// The hash of the text: equal strings (by bytes) hash alike, and a string
+// hashes as the std::string_view of its text does.
+template <>
+struct hash<cow_String> {
+    std::size_t operator()(cow_String const& value) const noexcept {
+        return std::hash<std::string_view>()(static_cast<std::string_view>(value));
+    }
+};
+}  // namespace std
 
 #endif

@@ -32,7 +32,7 @@
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Export.h"
-#include "zorvancow/lists/detail/cow_ListAlgorithms.h"
+#include "zorvancow/arrays/detail/cow_ArrayAlgorithms.h"
 #include "zorvancow/lists/detail/cow_ListWalk.h"
 
 template <class T>
@@ -152,7 +152,7 @@ private:
     cow_1DArray<T> const& SequenceArray() const { return array; }
     int SequenceLength() const { return count; }
     T const& SequenceElement(int i) const { return ConstGet(i); }
-    typedef cow_ListAlgorithms<T> Algorithms;
+    typedef cow_detail::ArrayAlgorithms<T> Algorithms;
 
     int count;
     cow_1DArray<T> array;
@@ -161,11 +161,11 @@ private:
 // Walks an array list as it was when the iterator was made: it holds its own
 // copy of the array, so writes to the list meanwhile go to private storage.
 template <class T>
-class ZORVANCOW_TYPE cow_1DArrayListIter : public cow_ListWalk<T, cow_1DArrayListIter<T>> {
+class ZORVANCOW_TYPE cow_1DArrayListIter : public cow_detail::ListWalk<T, cow_1DArrayListIter<T>> {
 public:
     // Stands on element 0; the walk ends at the list's count of now.
     explicit cow_1DArrayListIter(cow_1DArrayList<T> const& list)
-        : cow_ListWalk<T, cow_1DArrayListIter>(list.array, list.count) {}
+        : cow_detail::ListWalk<T, cow_1DArrayListIter>(list.array, list.count) {}
     // Releases the iterator's copy of the array.
     ~cow_1DArrayListIter();
 };
@@ -300,6 +300,10 @@ T* cow_1DArrayList<T>::GetCArray(int& size) const {
 
 template <class T>
 inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
+
+// A list is a count and an array: it may move as bytes (cow_ElementBytewise).
+template <class T>
+struct cow_ElementBytewise<cow_1DArrayList<T>> : std::true_type {};
 
 #include "zorvancow/lists/cow_1DArrayListExports.h"
 

@@ -149,7 +149,7 @@ private:
     cow_1DArray<T> const& SequenceArray() const { return array; }
     int SequenceLength() const { return count; }
     T const& SequenceElement(int i) const { return ConstGet(i); }
-    typedef cow_ListAlgorithms<T> Algorithms;
+    typedef cow_detail::ArrayAlgorithms<T> Algorithms;
 
     // The order of Sort: negative, 0 or positive as the element at `left`
     // sorts before, with or after the one at `right`.
@@ -162,11 +162,11 @@ private:
 // Walks a list as it was when the iterator was made: it holds its own copy
 // of the array, so writes to the list meanwhile go to private storage.
 template <class T>
-class ZORVANCOW_TYPE cow_ListIter : public cow_ListWalk<T, cow_ListIter<T>> {
+class ZORVANCOW_TYPE cow_ListIter : public cow_detail::ListWalk<T, cow_ListIter<T>> {
 public:
     // Stands on the first element; the walk ends after the list's count of now.
     explicit cow_ListIter(cow_List<T> const& list)
-        : cow_ListWalk<T, cow_ListIter>(list.array, list.array.GetHeadPosition() + list.count) {}
+        : cow_detail::ListWalk<T, cow_ListIter>(list.array, list.array.GetHeadPosition() + list.count) {}
     // Releases the iterator's copy of the array.
     ~cow_ListIter();
 };
@@ -315,7 +315,7 @@ cow_List<T>& cow_List<T>::Sort() {
     // The sort moves elements as bytes. That is sound for every element type
     // sorted here: strings are two plain words whose count a move leaves as
     // it is, and each element ends up exactly once in the buffer.
-    cow_SortBuffer(buffer, n, &SortCmp);
+    cow_detail::SortBuffer(buffer, n, &SortCmp);
     array = cow_1DArray<T>();
     count = n;
     for (int i = 0; i < n; ++i) array.Get(i) = buffer[i];
@@ -334,6 +334,10 @@ cow_List<T> cow_List<T>::operator-(cow_List const& other) {
 
 template <class T>
 inline cow_ListIter<T>::~cow_ListIter() {}
+
+// A list is a count and an array: it may move as bytes (cow_ElementBytewise).
+template <class T>
+struct cow_ElementBytewise<cow_List<T>> : std::true_type {};
 
 #include "zorvancow/lists/cow_ListExports.h"
 

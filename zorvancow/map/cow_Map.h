@@ -32,6 +32,7 @@
 #include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvanbase/omi_BlkBitVect.h"
+#include "zorvancow/map/detail/cow_MapStd.h"
 
 // ---------------------------------------------------------------------------
 // Key digits, equality and order
@@ -573,7 +574,7 @@ cow_ConstMapSortedIt<K, V>::~cow_ConstMapSortedIt() {}
 
 template <class K, class V>
 void cow_ConstMapSortedIt<K, V>::First() {
-    this->nodes = cow_CollectSorted(static_cast<std::size_t>(this->map.GetCount()), compare,
+    this->nodes = cow_detail::CollectSorted(static_cast<std::size_t>(this->map.GetCount()), compare,
                                     [this] { return this->CollectNodes(this->map, this->nodes); });
     this->position = 0;
 }
@@ -589,18 +590,62 @@ int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const* left, void const* right) 
 
 template <class K, class V>
 cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const& map) {
-    return cow_CollectWalk<K, cow_ConstMapIterator<K, V>>(
+    return cow_detail::CollectWalk<K, cow_ConstMapIterator<K, V>>(
         map, [](cow_ConstMapIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
 }
 
 template <class K, class V>
 cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
-    return cow_CollectWalk<V, cow_ConstMapIterator<K, V>>(
+    return cow_detail::CollectWalk<V, cow_ConstMapIterator<K, V>>(
         map, [](cow_ConstMapIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
-#include "zorvancow/map/cow_MapExports.h"
+// ---------------------------------------------------------------------------
+// The standard interface: construction from values and ranges, begin, find, Sorted, at
 
-#include "zorvancow/map/detail/cow_MapStd.h"
+template <class K, class V>
+inline cow_Map<K, V>::cow_Map(std::initializer_list<std::pair<K, V>> entries) : cow_Map(entries.begin(), entries.end()) {}
+
+template <class K, class V>
+template <class It, class>
+inline cow_Map<K, V>::cow_Map(It first, It last) : cow_Map() {
+    for (; first != last; ++first) {
+        auto const& [key, value] = *first;
+        if (!IsMember(key)) Insert(key, value);
+    }
+}
+
+template <class K, class V>
+template <class R, class>
+inline cow_Map<K, V>::cow_Map(R const& range) : cow_Map(cow_detail::Begin(range), cow_detail::End(range)) {}
+
+template <class K, class V>
+inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::begin() const {
+    return const_iterator(*this);
+}
+
+template <class K, class V>
+inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::find(K const& key) const {
+    Node const* node = cow_detail::MapFindNode(*this, key);
+    return node != nullptr ? const_iterator(*this, node) : const_iterator();
+}
+
+template <class K, class V>
+inline cow_MapSortedView<K, V> cow_Map<K, V>::Sorted(bool descending) const {
+    return cow_MapSortedView<K, V>(*this, descending);
+}
+
+template <class K, class V>
+inline V const& cow_Map<K, V>::at(K const& key) const {
+    Node const* node = cow_detail::MapFindNode(*this, key);
+    if (node == nullptr) cow_detail::AtMissingKey("cow_Map");
+    return node->value;
+}
+
+// A map is a handle and a count: it may move as bytes (cow_ElementBytewise).
+template <class K, class V>
+struct cow_ElementBytewise<cow_Map<K, V>> : std::true_type {};
+
+#include "zorvancow/map/cow_MapExports.h"
 
 #endif

@@ -22,6 +22,7 @@
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/shapes/detail/cow_2DArrayStd.h"
 
 // The representation a cow_2DArray points at: two extents and the elements in
 // row-major order. A plain owner with deep copies; the sharing lives in the
@@ -165,8 +166,12 @@ cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value)
     }
 }
 
-#include "zorvancow/shapes/cow_2DArrayExports.h"
+template <class T>
+inline cow_2DArrayRows<T> cow_2DArray<T>::Rows() const {
+    cow_2DArrayRep<T> const* shared = rep.ConstGet();
+    return cow_2DArrayRows<T>(shared->data, shared->columns != 0 ? shared->rows : 0, shared->columns);
+}
 
-#include "zorvancow/shapes/detail/cow_2DArrayStd.h"
+#include "zorvancow/shapes/cow_2DArrayExports.h"
 
 #endif

@@ -24,6 +24,7 @@
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/shapes/detail/cow_FixedArrayStd.h"
 
 // The representation a cow_FixedArray points at: a length and the elements
 // from array new. It is a plain owner with deep copies; the sharing lives in
@@ -213,8 +214,34 @@ bool cow_FixedArray<T>::operator!=(cow_FixedArray const& other) const {
     return *rep.ConstGet() != *other.rep.ConstGet();
 }
 
-#include "zorvancow/shapes/cow_FixedArrayExports.h"
+template <class T>
+inline cow_FixedArray<T>::cow_FixedArray(std::initializer_list<T> values)
+    : cow_FixedArray(values.begin(), values.end()) {}
 
-#include "zorvancow/shapes/detail/cow_FixedArrayStd.h"
+template <class T>
+template <class It, class>
+inline cow_FixedArray<T>::cow_FixedArray(It first, It last)
+    : rep(new cow_FixedArrayRep<T>(static_cast<int>(std::distance(first, last)))) {
+    // The handle is new and private, so Get copies nothing here.
+    T* data = rep.Get().data;
+    for (; first != last; ++first) *data++ = *first;
+}
+
+template <class T>
+template <class R, class>
+inline cow_FixedArray<T>::cow_FixedArray(R const& range)
+    : cow_FixedArray(cow_detail::Begin(range), cow_detail::End(range)) {}
+
+template <class T>
+inline T const& cow_FixedArray<T>::at(std::size_t i) const {
+    if (i >= size()) cow_detail::AtFailed("cow_FixedArray", "index", static_cast<long long>(i), GetSize());
+    return ConstGet(static_cast<int>(i));
+}
+
+// A fixed array is a handle: it may move as bytes (cow_ElementBytewise).
+template <class T>
+struct cow_ElementBytewise<cow_FixedArray<T>> : std::true_type {};
+
+#include "zorvancow/shapes/cow_FixedArrayExports.h"
 
 #endif

@@ -535,7 +535,7 @@ template <class T>
 bool omi_UintTableIterator<T>::BuildSorted() {
     std::int32_t const n = table->count;
     if (n < 1) return false;
-    sorted = cow_CollectSorted(static_cast<std::size_t>(n), compare, [this, n] {
+    sorted = cow_detail::CollectSorted(static_cast<std::size_t>(n), compare, [this, n] {
         SortedRecord** records = cow_Allocate([n] { return new SortedRecord*[n]; });
         omi_UintTableIterator<T> plain(*table);
         std::int32_t i = 0;

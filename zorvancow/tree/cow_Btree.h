@@ -38,6 +38,7 @@
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvancow/tree/detail/cow_BtreeStd.h"
 
 // Key comparison of the tree: negative when `searched` orders before
 // `nodeKey`, zero on a match, positive after. The rule per key type is
@@ -53,10 +54,6 @@ template <class K, class V>
 class ZORVANCOW_TYPE cow_Btree;
 template <class K, class V>
 class ZORVANCOW_TYPE cow_BtreeIterator;
-template <class T>
-struct cow_HandOverTraits;
-template <class K, class V, int PathLength = 48>
-class cow_BtreeStdIter;
 
 // One key/value pair of a tree, with its two child links and its depth.
 //
@@ -134,7 +131,6 @@ public:
 private:
     friend class cow_Btree<K, V>;
     friend class cow_BtreeIterator<K, V>;
-    friend struct cow_HandOverTraits<cow_Btree<K, V>>;  // rebuilds nodes and links (cow_HandOver.h)
 
     // The one search walk behind both Finds of the node and of the tree:
     // from `from` down to the node holding `key`, or null. `enter` reaches
@@ -239,6 +235,15 @@ public:
     // Inspection: the value that ConstGet answers for an absent key.
     V const& GetDefaultValue() const { return defaultValue; }
 
+    // A tree of this one's exact shape, node for node and depth for depth,
+    // that shares no node with it: the new nodes hold `copy(key)` and
+    // `copy(value)`, and the default value is a new default V. A rebuild by
+    // insertion could rotate differently; this keeps the shape. Costs one
+    // node, handle and counter per entry and a recursion as deep as the
+    // tree. The hand-over (handover/cow_HandOver.h) copies trees this way.
+    template <class MakeCopy>
+    cow_Btree Rebuilt(MakeCopy const& copy) const;
+
     // Standard interface (tree/detail/cow_BtreeStd.h). Iterators walk in key
     // order, read only, and are invalidated by any write to this tree.
     using key_type = K;
@@ -271,7 +276,9 @@ public:
 
 private:
     friend class cow_BtreeIterator<K, V>;
-    friend struct cow_HandOverTraits<cow_Btree>;  // sets root and count (cow_HandOver.h)
+
+    template <class MakeCopy>
+    static Handle* RebuiltLink(Handle const* link, MakeCopy const& copy);
 
     // The node of `key`, or null; makes every node it visits private.
     Node* Find(K const& key);
@@ -587,6 +594,28 @@ bool cow_Btree<K, V>::Remove(K const& key) {
     return removed;
 }
 
+template <class K, class V>
+template <class MakeCopy>
+cow_Btree<K, V> cow_Btree<K, V>::Rebuilt(MakeCopy const& copy) const {
+    cow_Btree tree;
+    tree.root = RebuiltLink(root, copy);
+    tree.count = count;
+    return tree;
+}
+
+template <class K, class V>
+template <class MakeCopy>
+typename cow_Btree<K, V>::Handle* cow_Btree<K, V>::RebuiltLink(Handle const* link, MakeCopy const& copy) {
+    if (link == nullptr) return nullptr;
+    Node const* node = link->ConstGet();
+    Node* fresh = cow_Allocate([&] { return new Node(copy(node->key), copy(node->value)); });
+    Handle* handle = cow_Allocate([fresh] { return new Handle(fresh); });
+    fresh->left = RebuiltLink(node->left, copy);
+    fresh->right = RebuiltLink(node->right, copy);
+    fresh->maxDepth = node->maxDepth;
+    return handle;
+}
+
 // The tree's lookups start at the root link (Get on it for Find) and go on
 // as the node's walk does.
 template <class K, class V>
@@ -664,18 +693,48 @@ void cow_BtreeIterator<K, V>::Previous() {
 
 template <class K, class V>
 cow_List<K> cow_BtreeUtils<K, V>::cow_Keys(cow_Btree<K, V> const& tree) {
-    return cow_CollectWalk<K, cow_BtreeIterator<K, V>>(
+    return cow_detail::CollectWalk<K, cow_BtreeIterator<K, V>>(
         tree, [](cow_BtreeIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
 }
 
 template <class K, class V>
 cow_List<V> cow_BtreeUtils<K, V>::cow_Values(cow_Btree<K, V> const& tree) {
-    return cow_CollectWalk<V, cow_BtreeIterator<K, V>>(
+    return cow_detail::CollectWalk<V, cow_BtreeIterator<K, V>>(
         tree, [](cow_BtreeIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
-#include "zorvancow/tree/cow_BtreeExports.h"
+// ---------------------------------------------------------------------------
+// Construction from values and ranges, and at() (the standard interface)
 
-#include "zorvancow/tree/detail/cow_BtreeStd.h"
+template <class K, class V>
+inline cow_Btree<K, V>::cow_Btree(std::initializer_list<std::pair<K, V>> entries)
+    : cow_Btree(entries.begin(), entries.end()) {}
+
+template <class K, class V>
+template <class It, class>
+inline cow_Btree<K, V>::cow_Btree(It first, It last) : cow_Btree() {
+    for (; first != last; ++first) {
+        auto const& [key, value] = *first;
+        InsertUnlessMember(key, value);
+    }
+}
+
+template <class K, class V>
+template <class R, class>
+inline cow_Btree<K, V>::cow_Btree(R const& range) : cow_Btree(cow_detail::Begin(range), cow_detail::End(range)) {}
+
+template <class K, class V>
+inline V const& cow_Btree<K, V>::at(K const& key) const {
+    Node const* node = ConstFind(key);
+    if (node == nullptr) cow_detail::AtMissingKey("cow_Btree");
+    return node->GetValue();
+}
+
+// A tree is a root link and a count beside its default value, held in place:
+// it may move as bytes when that value may (cow_ElementBytewise).
+template <class K, class V>
+struct cow_ElementBytewise<cow_Btree<K, V>> : cow_ElementBytewise<V> {};
+
+#include "zorvancow/tree/cow_BtreeExports.h"
 
 #endif

@@ -24,7 +24,11 @@
 #include <initializer_list>
 #include <iterator>
 
+#include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
+
+template <class T>
+class ZORVANCOW_TYPE cow_1DArray;
 
 template <class T>
 class cow_BlockIterator {
@@ -206,27 +210,6 @@ template <class Container, class F>
 void cow_ForEachBlock(Container const& container, F&& f) {
     for (cow_Span<typename Container::value_type const> run : cow_Blocks(container)) f(run.data(), run.size());
 }
-
-// ---------------------------------------------------------------------------
-// Members of cow_1DArray
-
-template <class T>
-inline cow_1DArray<T>::cow_1DArray(std::initializer_list<T> values) : cow_1DArray(values.begin(), values.end()) {}
-
-template <class T>
-template <class It, class>
-inline cow_1DArray<T>::cow_1DArray(It first, It last) : cow_1DArray() {
-    if constexpr (std::is_base_of<std::forward_iterator_tag,
-                                  typename std::iterator_traits<It>::iterator_category>::value) {
-        // A sized array: its block length and table follow from the size.
-        *this = cow_1DArray(static_cast<int>(std::distance(first, last)));
-    }
-    for (int i = 0; first != last; ++first, ++i) Get(i) = *first;
-}
-
-template <class T>
-template <class R, class>
-inline cow_1DArray<T>::cow_1DArray(R const& range) : cow_1DArray(cow_detail::Begin(range), cow_detail::End(range)) {}
 
 // Random-access iterators over an array's elements, head first, for
 // range-for, std::ranges and calls as begin(array), end(array).

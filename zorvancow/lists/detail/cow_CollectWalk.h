@@ -8,12 +8,14 @@
 
 #include "zorvancow/lists/cow_List.h"
 
+namespace cow_detail {
 template <class T, class Walk, class Source, class Read>
-cow_List<T> cow_CollectWalk(Source const& source, Read read) {
+cow_List<T> CollectWalk(Source const& source, Read read) {
     cow_List<T> collected;
     Walk walk(source);
     for (walk.First(); !walk.IsDone(); walk.Next()) collected.Append(read(walk));
     return collected;
 }
+}  // namespace cow_detail
 
 #endif

@@ -3,12 +3,13 @@
 
 #include "zorvancow/arrays/cow_1DArray.h"
 
+namespace cow_detail {
 // The walk that both list iterators share: a snapshot walk of the list's
 // array (cow_1DArrayIter) that ends at a position fixed when the iterator was
 // made, the list's end at that moment. `Iter` is the concrete iterator, so
 // that First and Next chain on it.
 template <class T, class Iter>
-class cow_ListWalk : public cow_1DArrayIter<T> {
+class ListWalk : public cow_1DArrayIter<T> {
 public:
     // Back to the first element.
     Iter& First() {
@@ -26,10 +27,11 @@ public:
     T const& Current() const { return this->ConstGet(); }
 
 protected:
-    cow_ListWalk(cow_1DArray<T> const& array, int stop) : cow_1DArrayIter<T>(array), end(stop) {}
+    ListWalk(cow_1DArray<T> const& array, int stop) : cow_1DArrayIter<T>(array), end(stop) {}
 
 private:
     int end;
 };
+}  // namespace cow_detail
 
 #endif

@@ -9,12 +9,13 @@
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 
+namespace cow_detail {
 // Sorts n elements in place by `compare` (which gets two element addresses,
 // as qsort's does): a stable merge sort over runs of 16 sorted by insertion,
 // with a scratch buffer of n elements. Elements that may move as bytes
 // (cow_ElementBytewise) move as bytes; the others with their own moves.
 template <class T>
-void cow_SortBuffer(T* buffer, int n, int (*compare)(void const*, void const*)) {
+void SortBuffer(T* buffer, int n, int (*compare)(void const*, void const*)) {
     if constexpr (!cow_ElementBytewise<T>::value) {
         // Elements that must not move as bytes take the same sort with their own moves.
         cow_Element<T>::SortRun(buffer, n, [compare](T const& a, T const& b) { return compare(&a, &b); });
@@ -73,5 +74,6 @@ void cow_SortBuffer(T* buffer, int n, int (*compare)(void const*, void const*)) 
     if (from != data) std::memcpy(data, from, static_cast<std::size_t>(n) * width);
     delete[] scratch;
 }
+}  // namespace cow_detail
 
 #endif

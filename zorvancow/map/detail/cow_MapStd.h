@@ -24,7 +24,16 @@
 #include <iterator>
 #include <utility>
 
+#include "zorvancow/core/cow_Element.h"
+#include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
+
+template <class K, class V>
+class ZORVANCOW_TYPE cow_Map;
+template <class K, class V>
+struct ZORVANCOW_TYPE cow_MapNode;
+template <class K, class V>
+class ZORVANCOW_TYPE cow_ConstMapSortedIt;
 
 namespace cow_detail {
 // The node of `key`, or null: a plain read down the key's digits that
@@ -154,48 +163,6 @@ private:
     cow_Map<K, V> const* map;
     bool descending;
 };
-
-// ---------------------------------------------------------------------------
-// Members of cow_Map
-
-template <class K, class V>
-inline cow_Map<K, V>::cow_Map(std::initializer_list<std::pair<K, V>> entries) : cow_Map(entries.begin(), entries.end()) {}
-
-template <class K, class V>
-template <class It, class>
-inline cow_Map<K, V>::cow_Map(It first, It last) : cow_Map() {
-    for (; first != last; ++first) {
-        auto const& [key, value] = *first;
-        if (!IsMember(key)) Insert(key, value);
-    }
-}
-
-template <class K, class V>
-template <class R, class>
-inline cow_Map<K, V>::cow_Map(R const& range) : cow_Map(cow_detail::Begin(range), cow_detail::End(range)) {}
-
-template <class K, class V>
-inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::begin() const {
-    return const_iterator(*this);
-}
-
-template <class K, class V>
-inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::find(K const& key) const {
-    Node const* node = cow_detail::MapFindNode(*this, key);
-    return node != nullptr ? const_iterator(*this, node) : const_iterator();
-}
-
-template <class K, class V>
-inline cow_MapSortedView<K, V> cow_Map<K, V>::Sorted(bool descending) const {
-    return cow_MapSortedView<K, V>(*this, descending);
-}
-
-template <class K, class V>
-inline V const& cow_Map<K, V>::at(K const& key) const {
-    Node const* node = cow_detail::MapFindNode(*this, key);
-    if (node == nullptr) cow_detail::AtMissingKey("cow_Map");
-    return node->value;
-}
 
 // The same keys, each with an equal value (cow_Element<V>::Equal), in
 // whatever shape the two trees have.

@@ -69,10 +69,4 @@ private:
     int columns;
 };
 
-template <class T>
-inline cow_2DArrayRows<T> cow_2DArray<T>::Rows() const {
-    cow_2DArrayRep<T> const* shared = rep.ConstGet();
-    return cow_2DArrayRows<T>(shared->data, shared->columns != 0 ? shared->rows : 0, shared->columns);
-}
-
 #endif

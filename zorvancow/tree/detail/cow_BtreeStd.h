@@ -18,9 +18,17 @@
 #include <iterator>
 #include <utility>
 
+#include "zorvancow/core/cow_Element.h"
+#include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
 
-template <class K, class V, int PathLength>
+template <class K, class V>
+class ZORVANCOW_TYPE cow_Btree;
+template <class K, class V>
+class ZORVANCOW_TYPE cow_BtreeNode;
+
+// PathLength: the deepest path the iterator keeps in itself; see Start().
+template <class K, class V, int PathLength = 48>
 class cow_BtreeStdIter
     : public cow_ValueIteratorTypes<std::bidirectional_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>> {
 public:
@@ -168,33 +176,6 @@ private:
     bool deep = false;  // the path holds only the current node
     Node const* path[PathLength];
 };
-
-// ---------------------------------------------------------------------------
-// Members of cow_Btree
-
-template <class K, class V>
-inline cow_Btree<K, V>::cow_Btree(std::initializer_list<std::pair<K, V>> entries)
-    : cow_Btree(entries.begin(), entries.end()) {}
-
-template <class K, class V>
-template <class It, class>
-inline cow_Btree<K, V>::cow_Btree(It first, It last) : cow_Btree() {
-    for (; first != last; ++first) {
-        auto const& [key, value] = *first;
-        InsertUnlessMember(key, value);
-    }
-}
-
-template <class K, class V>
-template <class R, class>
-inline cow_Btree<K, V>::cow_Btree(R const& range) : cow_Btree(cow_detail::Begin(range), cow_detail::End(range)) {}
-
-template <class K, class V>
-inline V const& cow_Btree<K, V>::at(K const& key) const {
-    Node const* node = ConstFind(key);
-    if (node == nullptr) cow_detail::AtMissingKey("cow_Btree");
-    return node->GetValue();
-}
 
 // The same keys with equal values (cow_Element<V>::Equal), walked in key order.
 template <class K, class V>

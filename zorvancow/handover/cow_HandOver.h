@@ -107,12 +107,13 @@ struct cow_HandOverTraits<omi_BlkBitVect> {
     static omi_BlkBitVect Copy(omi_BlkBitVect const& value) { return value; }
 };
 
+namespace cow_detail {
 // Calls visit(i, element) for the elements 0 to n - 1 of an array (counted
 // from its head), with a null element where the slot holds no block. Reads
 // only: no block is created and no count changes, in the source or in any
 // value sharing its storage.
 template <class T, class Visit>
-void cow_HandOverEach(cow_1DArray<T> const& array, int n, Visit&& visit) {
+void HandOverEach(cow_1DArray<T> const& array, int n, Visit&& visit) {
     int const shift = array.GetShift();
     int const blockLength = 1 << shift;
     int const head = array.GetHeadPosition();
@@ -128,6 +129,7 @@ void cow_HandOverEach(cow_1DArray<T> const& array, int n, Visit&& visit) {
         i += run;
     }
 }
+}  // namespace cow_detail
 
 template <class T>
 struct cow_HandOverTraits<cow_1DArray<T>> {
@@ -135,7 +137,7 @@ struct cow_HandOverTraits<cow_1DArray<T>> {
         int const size = source.GetSize();
         if (size <= 0) return cow_1DArray<T>();
         cow_1DArray<T> copy(size);
-        cow_HandOverEach(source, size, [&copy](int i, T const* element) {
+        cow_detail::HandOverEach(source, size, [&copy](int i, T const* element) {
             if (element != nullptr) copy.Get(i) = cow_HandOver(*element);
         });
         return copy;
@@ -146,7 +148,7 @@ template <class T>
 struct cow_HandOverTraits<cow_1DArrayList<T>> {
     static cow_1DArrayList<T> Copy(cow_1DArrayList<T> const& source) {
         cow_1DArrayList<T> copy;
-        cow_HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
+        cow_detail::HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
             copy.Append(element != nullptr ? cow_HandOver(*element) : T());
         });
         return copy;
@@ -157,7 +159,7 @@ template <class T>
 struct cow_HandOverTraits<cow_List<T>> {
     static cow_List<T> Copy(cow_List<T> const& source) {
         cow_List<T> copy;
-        cow_HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
+        cow_detail::HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
             copy.Append(element != nullptr ? cow_HandOver(*element) : T());
         });
         return copy;
@@ -197,33 +199,13 @@ struct cow_HandOverTraits<cow_COW<T, Cp>> {
     }
 };
 
-// Trees are rebuilt node by node, so the copy has the source's exact shape
-// and depths; a rebuild by insertion could rotate differently. Linking the
-// new nodes needs the tree's own fields, hence the friendship in cow_Btree.h.
+// Trees keep their exact shape and depths (cow_Btree::Rebuilt); a rebuild by
+// insertion could rotate differently. The copy's default value is a new
+// default value of V, as a newly made tree has.
 template <class K, class V>
 struct cow_HandOverTraits<cow_Btree<K, V>> {
-    using Tree = cow_Btree<K, V>;
-    using Node = typename Tree::Node;
-    using Handle = typename Tree::Handle;
-
-    static Tree Copy(Tree const& source) {
-        Tree copy;
-        copy.root = CopyLink(source.root);
-        copy.count = source.count;
-        return copy;
-    }
-
-private:
-    // Recursion depth is the tree's height.
-    static Handle* CopyLink(Handle const* link) {
-        if (link == nullptr) return nullptr;
-        Node const* node = link->ConstGet();
-        Node* fresh = new Node(cow_HandOver(node->key), cow_HandOver(node->value));
-        Handle* handle = new Handle(fresh);
-        fresh->left = CopyLink(node->left);
-        fresh->right = CopyLink(node->right);
-        fresh->maxDepth = node->maxDepth;
-        return handle;
+    static cow_Btree<K, V> Copy(cow_Btree<K, V> const& source) {
+        return source.Rebuilt([](auto const& element) { return cow_HandOver(element); });
     }
 };
 

@@ -1,16 +1,18 @@
-#ifndef ZORVANCOW_LISTS_DETAIL_COW_LISTALGORITHMS_H
-#define ZORVANCOW_LISTS_DETAIL_COW_LISTALGORITHMS_H
+#ifndef ZORVANCOW_ARRAYS_DETAIL_COW_ARRAYALGORITHMS_H
+#define ZORVANCOW_ARRAYS_DETAIL_COW_ARRAYALGORITHMS_H
 
 #include <algorithm>
 
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_Element.h"
 
-// The algorithms both list classes share: moving elements to open or close
-// a gap, searching by walking block by block, and element-wise equality.
-// Each takes the array and the element count of the list that calls it.
+namespace cow_detail {
+// What the lists do to the elements of their array: moving elements to open
+// or close a gap, searching by walking block by block, and element-wise
+// equality. Each takes the array and the element count (from the head) to
+// work on; the array's own IsEqual uses the equality over its whole size.
 template <class T>
-struct cow_ListAlgorithms {
+struct ArrayAlgorithms {
     // Moves the elements from `from` up to count - 1 one place up, from the
     // top down, so that slot `from` can take a new element. Both slots of
     // each move go through Get, so every block passed becomes private.
@@ -69,5 +71,6 @@ struct cow_ListAlgorithms {
         return true;
     }
 };
+}  // namespace cow_detail
 
 #endif
