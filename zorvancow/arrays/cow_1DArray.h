@@ -632,7 +632,7 @@ inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
     return *this;
 }
 
-#include "zorvancow/arrays/cow_1DArrayExports.h"
+#include "zorvancow/arrays/detail/cow_1DArrayExports.h"
 
 #include "zorvancow/arrays/detail/cow_1DArrayStd.h"
 

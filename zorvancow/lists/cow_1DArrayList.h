@@ -301,7 +301,7 @@ T* cow_1DArrayList<T>::GetCArray(int& size) const {
 template <class T>
 inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
 
-#include "zorvancow/lists/cow_1DArrayListExports.h"
+#include "zorvancow/lists/detail/cow_1DArrayListExports.h"
 
 ZORVANCOW_STD_SEQUENCE(cow_1DArrayList)
 

@@ -335,7 +335,7 @@ cow_List<T> cow_List<T>::operator-(cow_List const& other) {
 template <class T>
 inline cow_ListIter<T>::~cow_ListIter() {}
 
-#include "zorvancow/lists/cow_ListExports.h"
+#include "zorvancow/lists/detail/cow_ListExports.h"
 
 ZORVANCOW_STD_SEQUENCE(cow_List)
 

@@ -27,11 +27,8 @@
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
-#include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/lists/detail/cow_CollectWalk.h"
-#include "zorvancow/shapes/cow_FixedArray.h"
-#include "zorvanbase/omi_BlkBitVect.h"
 
 // ---------------------------------------------------------------------------
 // Key digits, equality and order
@@ -599,7 +596,7 @@ cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
         map, [](cow_ConstMapIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
-#include "zorvancow/map/cow_MapExports.h"
+#include "zorvancow/map/detail/cow_MapExports.h"
 
 #include "zorvancow/map/detail/cow_MapStd.h"
 

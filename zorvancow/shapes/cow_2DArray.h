@@ -165,7 +165,7 @@ cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value)
     }
 }
 
-#include "zorvancow/shapes/cow_2DArrayExports.h"
+#include "zorvancow/shapes/detail/cow_2DArrayExports.h"
 
 #include "zorvancow/shapes/detail/cow_2DArrayStd.h"
 

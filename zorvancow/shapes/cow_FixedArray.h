@@ -213,7 +213,7 @@ bool cow_FixedArray<T>::operator!=(cow_FixedArray const& other) const {
     return *rep.ConstGet() != *other.rep.ConstGet();
 }
 
-#include "zorvancow/shapes/cow_FixedArrayExports.h"
+#include "zorvancow/shapes/detail/cow_FixedArrayExports.h"
 
 #include "zorvancow/shapes/detail/cow_FixedArrayStd.h"
 

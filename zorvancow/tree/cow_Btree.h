@@ -28,16 +28,13 @@
 #include <initializer_list>
 #include <utility>
 
-#include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
-#include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/lists/detail/cow_CollectWalk.h"
-#include "zorvancow/shapes/cow_FixedArray.h"
 
 // Key comparison of the tree: negative when `searched` orders before
 // `nodeKey`, zero on a match, positive after. The rule per key type is
@@ -674,7 +671,7 @@ cow_List<V> cow_BtreeUtils<K, V>::cow_Values(cow_Btree<K, V> const& tree) {
         tree, [](cow_BtreeIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
 }
 
-#include "zorvancow/tree/cow_BtreeExports.h"
+#include "zorvancow/tree/detail/cow_BtreeExports.h"
 
 #include "zorvancow/tree/detail/cow_BtreeStd.h"
 
