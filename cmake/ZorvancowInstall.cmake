@@ -9,9 +9,8 @@
 
 include(CMakePackageConfigHelpers)
 
-# The version header is written into the build tree and read from there by
-# the project's own targets.
-set(ZORVAN_GENERATED_INCLUDE_DIR ${PROJECT_BINARY_DIR}/include)
+# The version header is written into the build tree (ZORVAN_GENERATED_INCLUDE_DIR)
+# and read from there by the project's own targets.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/zorvancow_version.h.in
   ${ZORVAN_GENERATED_INCLUDE_DIR}/zorvancow/zorvancow_version.h @ONLY)
 target_include_directories(zorvancow PUBLIC $<BUILD_INTERFACE:${ZORVAN_GENERATED_INCLUDE_DIR}>)
@@ -20,8 +19,8 @@ install(FILES ${ZORVAN_GENERATED_INCLUDE_DIR}/zorvancow/zorvancow_version.h
 
 # zorvan_install_headers(<base> <glob>...)
 # Installs every header that a glob below <base> matches, keeping its path
-# below <base>, one folder at a time so that a folder without headers (the
-# instantiation sources) is not created.
+# below <base>, one folder at a time so that a folder without headers is not
+# created.
 function(zorvan_install_headers base)
   set(headers "")
   foreach(glob IN LISTS ARGN)

@@ -2,6 +2,10 @@ include(GNUInstallDirs)
 include(CheckLinkerFlag)
 include(CheckCXXCompilerFlag)
 
+# Headers the build writes (the version, the export declarations), read by
+# the project's targets from here and installed with the others.
+set(ZORVAN_GENERATED_INCLUDE_DIR ${PROJECT_BINARY_DIR}/include)
+
 # Linker and compiler flags that not every toolchain takes. Checked once.
 check_linker_flag(CXX "-Wl,--no-undefined" ZORVAN_LINKER_HAS_NO_UNDEFINED)
 check_linker_flag(CXX "-Wl,-Bsymbolic-functions" ZORVAN_LINKER_HAS_BSYMBOLIC_FUNCTIONS)

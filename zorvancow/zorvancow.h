@@ -1,7 +1,8 @@
 #ifndef ZORVANCOW_ZORVANCOW_H
 #define ZORVANCOW_ZORVANCOW_H
 
-// Every family of the library in one include, and the version.
+// Every family of the library in one include, and the version. Last, the
+// export declarations that name types of more than one family.
 
 #include "zorvancow/zorvancow_version.h"
 #include "zorvancow/core/cow_COW.h"
@@ -17,5 +18,6 @@
 #include "zorvancow/tables/omi_IntTable.h"
 #include "zorvancow/map/cow_Map.h"
 #include "zorvancow/tree/cow_Btree.h"
+#include "zorvancow/zorvancow_exports.h"
 
 #endif

@@ -8,7 +8,9 @@ symbols that the linker adds to every shared object, and folds the variants
 of each constructor and destructor (they print alike). Prints every member
 that the manifest lists and the library lacks as "missing:", every member the
 library exports beyond the manifest as "extra:", with a count for each, and
-passes only when both counts are 0.
+passes only when both counts are 0 and the manifest's format is sound (each
+group sorted, no member twice). A manifest line is compared without its
+return type (and without a leading `template <>`), as nm prints it.
 
 The manifest is written for x86-64 Linux; g++ and clang builds export the
 same set and are both checked. Under another compiler the check is skipped
@@ -16,40 +18,18 @@ same set and are both checked. Under another compiler the check is skipped
 sanitizers' runtimes are shared libraries of their own), so it is checked too.
 """
 import argparse
+import os
 import subprocess
 import sys
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "cmake"))
+from zorvancow_exports import read_manifest  # noqa: E402
 
 SKIP = 77
 
 # Symbols that the linker defines in every shared object; they are no member
 # of the library. Anything else that the library exports must be listed.
 LINKER_SYMBOLS = {"_init", "_fini", "__bss_start", "_edata", "_end"}
-
-
-def read_manifest(path):
-    """The manifest's members, in file order, with its format checked."""
-    members, problems = [], []
-    group, previous = None, None
-    for number, raw in enumerate(open(path, encoding="utf-8"), 1):
-        line = raw.rstrip("\n")
-        if not line.strip():
-            continue
-        if line.startswith("#"):
-            group, previous = line, None
-            continue
-        if line != line.strip():
-            problems.append("%s:%d: stray white space around %r" % (path, number, line))
-        if previous is not None and line <= previous:
-            problems.append("%s:%d: not sorted within %s: %r after %r"
-                            % (path, number, group or "the first group", line, previous))
-        members.append(line)
-        previous = line
-    seen = set()
-    for member in members:
-        if member in seen:
-            problems.append("%s: listed twice: %r" % (path, member))
-        seen.add(member)
-    return set(members), problems
 
 
 def read_library(nm, library):
@@ -85,7 +65,9 @@ def main():
               % args.compiler)
         return SKIP
 
-    expected, problems = read_manifest(args.manifest)
+    # What nm prints of each line: the member without its return type.
+    members, problems = read_manifest(args.manifest)
+    expected = {member.member for member in members}
     for problem in problems:
         print("manifest: " + problem)
     actual = read_library(args.nm, args.library)

@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
 """Writes a client that uses every member libzorvancow.exports lists.
 
-Each line of the manifest names one exported member as `nm -DC` prints it.
-The client made here holds one reference to each, spelled from that line:
+Each line of the manifest declares one exported member. The client made here
+holds one reference to each, spelled from that line:
 
-- a member function by its address, taken inside an explicit instantiation
-  (where access is not checked, so private steps are reached too) and kept
-  alive at run time;
+- a member function by its address, picked by its return and parameter types
+  and constness (so a line whose return type is wrong does not compile),
+  taken inside an explicit instantiation (where access is not checked, so
+  private steps are reached too) and kept alive at run time;
 - a constructor by a placement new with arguments of the listed types, and a
   destructor by an explicit call, both in a branch that never runs;
-- a free function by its address, its type spelled from the line.
+- a free function by its address, converted to the type the line spells.
 
 Built at -O0 and at -O2 and linked with --no-undefined, the client links only
 if the library exports every member the manifest lists and the headers leave
@@ -17,54 +18,12 @@ to it. The manifest is the one list: a row added there is used here too.
 """
 
 import argparse
+import os
 import re
+import sys
 
-
-def split_top(text, sep=","):
-    """Splits at `sep` outside <>, () and []."""
-    parts, depth, current = [], 0, ""
-    for ch in text:
-        if ch in "<([":
-            depth += 1
-        elif ch in ">)]":
-            depth -= 1
-        if ch == sep and depth == 0:
-            parts.append(current.strip())
-            current = ""
-        else:
-            current += ch
-    if current.strip():
-        parts.append(current.strip())
-    return parts
-
-
-def parse(line):
-    """(scope, name, parameter types, const) of one manifest line."""
-    const = line.endswith(" const")
-    body = line[: -len(" const")] if const else line
-    assert body.endswith(")"), line
-    depth = 0
-    for i in range(len(body) - 1, -1, -1):
-        depth += {")": 1, "(": -1}.get(body[i], 0)
-        if depth == 0:
-            open_at = i
-            break
-    qualified, params = body[:open_at], body[open_at + 1 : -1]
-    # The last '::' outside template arguments separates scope and name;
-    # an operator's own '<' and '>' come after it and end the scan.
-    depth, cut = 0, -1
-    for i, ch in enumerate(qualified):
-        if qualified.startswith("operator", i) and depth == 0:
-            break
-        if ch == "<":
-            depth += 1
-        elif ch == ">":
-            depth -= 1
-        elif qualified.startswith("::", i) and depth == 0:
-            cut = i
-    scope = qualified[:cut] if cut >= 0 else ""
-    name = qualified[cut + 2 :] if cut >= 0 else qualified
-    return scope, name, split_top(params), const
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "cmake"))
+from zorvancow_exports import read_manifest  # noqa: E402
 
 
 def base_name(scope):
@@ -98,8 +57,8 @@ void Keep(P p) {
     asm volatile("" : : "r"(&p) : "memory");
 }
 
-// The member of C taking A..., picked from its overloads by parameter types
-// and constness alone, static or not.
+// The member of C returning R and taking A..., picked from its overloads by
+// those types and constness, static or not.
 template <class C, class... A>
 struct Member {
     template <class R>
@@ -159,26 +118,22 @@ def main():
     args = options.parse_args()
 
     reach, calls = [], []
-    seen = set()
-    for raw in open(args.manifest, encoding="utf-8"):
-        line = raw.strip()
-        if not line or line.startswith("#") or line in seen:
-            continue
-        seen.add(line)
-        scope, name, params, const = parse(line)
-        types = ", ".join([scope] + params) if scope else ", ".join(params)
+    members, problems = read_manifest(args.manifest)
+    if problems:
+        raise SystemExit("\n".join(problems))
+    for member in members:
+        scope, name, params = member.scope, member.name, member.params
         if scope and name == base_name(scope):
             arguments = ", ".join(f"Fake<{p}>()" for p in params)
             calls.append(f"        Construct<{scope}>({arguments});")
         elif scope and name == "~" + base_name(scope):
             calls.append(f"        Destroy<{scope}>();")
         elif scope:
-            pick = "OfConst" if const else "Of"
-            reach.append(f"template struct Reach<Member<{types}>::{pick}(&{scope}::{name})>;")
+            pick = "OfConst" if member.const else "Of"
+            types = ", ".join([scope] + params)
+            reach.append(f"template struct Reach<Member<{types}>::{pick}<{member.ret}>(&{scope}::{name})>;")
         else:
-            # A free function: its result type is that of a call to it.
-            call = f"{name}({', '.join(f'Fake<{p}>()' for p in params)})"
-            calls.append(f"        Keep(static_cast<decltype({call}) (*)({', '.join(params)})>(&{name}));")
+            calls.append(f"        Keep(static_cast<{member.ret} (*)({', '.join(params)})>(&{name}));")
 
     with open(args.output, "w", encoding="utf-8") as out:
         out.write(PROLOGUE)

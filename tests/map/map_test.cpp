@@ -11,7 +11,9 @@
 
 #include "support/AllocationCounter.h"
 #include "support/NoLeaks.h"
+#include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/map/cow_Map.h"
+#include "zorvancow/shapes/cow_FixedArray.h"
 
 using testing_support::AllocationScope;
 

@@ -658,6 +658,6 @@ inline cow_1DArray<T>::cow_1DArray(R const& range) : cow_1DArray(cow_detail::Beg
 template <class T>
 struct cow_ElementBytewise<cow_1DArray<T>> : std::true_type {};
 
-#include "zorvancow/arrays/cow_1DArrayExports.h"
+#include "zorvancow/arrays/detail/cow_1DArrayExports.h"
 
 #endif

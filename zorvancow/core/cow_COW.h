@@ -190,26 +190,6 @@ T& cow_COW<T, Cp>::Get() {
     return *this->pointee;
 }
 
-// Export rows of the handle members for one pointee type, in the groups
-// that the families combine for their own pointees (see cow_Export.h).
-// Sharing: both constructors, the write access and the release.
-#define ZORVANCOW_HANDLE_SHARE_ROWS(ROW, ...)                                                        \
-    ROW(cow_COW<__VA_ARGS__>::cow_COW(__VA_ARGS__ const&))                                           \
-    ROW(cow_COW<__VA_ARGS__>::cow_COW(__VA_ARGS__*))                                                 \
-    ROW(__VA_ARGS__& cow_COW<__VA_ARGS__>::Get())                                                    \
-    ROW(cow_CountedHld<__VA_ARGS__>::~cow_CountedHld())
-// The destruction of pointee and counter.
-#define ZORVANCOW_HANDLE_DELETE_ROWS(ROW, ...) ROW(void cow_CountedHld<__VA_ARGS__>::Delete())
-// The derived handle's own destructor.
-#define ZORVANCOW_HANDLE_RELEASE_ROWS(ROW, ...) ROW(cow_COW<__VA_ARGS__>::~cow_COW())
-// Assignment from another handle.
-#define ZORVANCOW_HANDLE_ASSIGN_ROWS(ROW, ...)                                                       \
-    ROW(cow_CountedHld<__VA_ARGS__>& cow_CountedHld<__VA_ARGS__>::operator=(cow_CountedHld<__VA_ARGS__> const&))
-// Replacement of the pointee, and the copy policy.
-#define ZORVANCOW_HANDLE_REPLACE_ROWS(ROW, ...)                                                      \
-    ROW(cow_CountedHld<__VA_ARGS__>& cow_CountedHld<__VA_ARGS__>::operator=(__VA_ARGS__*))           \
-    ROW(__VA_ARGS__* cow_Direct<__VA_ARGS__>::Copy(__VA_ARGS__ const&))
-
 #if defined(__GNUC__) && !defined(__clang__) && __GNUC__ >= 12
 #pragma GCC diagnostic pop
 #endif

@@ -305,7 +305,7 @@ inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
 template <class T>
 struct cow_ElementBytewise<cow_1DArrayList<T>> : std::true_type {};
 
-#include "zorvancow/lists/cow_1DArrayListExports.h"
+#include "zorvancow/lists/detail/cow_1DArrayListExports.h"
 
 ZORVANCOW_STD_SEQUENCE(cow_1DArrayList)
 

@@ -339,7 +339,7 @@ inline cow_ListIter<T>::~cow_ListIter() {}
 template <class T>
 struct cow_ElementBytewise<cow_List<T>> : std::true_type {};
 
-#include "zorvancow/lists/cow_ListExports.h"
+#include "zorvancow/lists/detail/cow_ListExports.h"
 
 ZORVANCOW_STD_SEQUENCE(cow_List)
 

@@ -27,11 +27,8 @@
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
-#include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/lists/detail/cow_CollectWalk.h"
-#include "zorvancow/shapes/cow_FixedArray.h"
-#include "zorvanbase/omi_BlkBitVect.h"
 #include "zorvancow/map/detail/cow_MapStd.h"
 
 // ---------------------------------------------------------------------------
@@ -646,6 +643,6 @@ inline V const& cow_Map<K, V>::at(K const& key) const {
 template <class K, class V>
 struct cow_ElementBytewise<cow_Map<K, V>> : std::true_type {};
 
-#include "zorvancow/map/cow_MapExports.h"
+#include "zorvancow/map/detail/cow_MapExports.h"
 
 #endif

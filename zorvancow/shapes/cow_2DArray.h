@@ -172,6 +172,6 @@ inline cow_2DArrayRows<T> cow_2DArray<T>::Rows() const {
     return cow_2DArrayRows<T>(shared->data, shared->columns != 0 ? shared->rows : 0, shared->columns);
 }
 
-#include "zorvancow/shapes/cow_2DArrayExports.h"
+#include "zorvancow/shapes/detail/cow_2DArrayExports.h"
 
 #endif

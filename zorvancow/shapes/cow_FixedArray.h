@@ -242,6 +242,6 @@ inline T const& cow_FixedArray<T>::at(std::size_t i) const {
 template <class T>
 struct cow_ElementBytewise<cow_FixedArray<T>> : std::true_type {};
 
-#include "zorvancow/shapes/cow_FixedArrayExports.h"
+#include "zorvancow/shapes/detail/cow_FixedArrayExports.h"
 
 #endif

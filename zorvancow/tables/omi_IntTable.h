@@ -603,6 +603,6 @@ T const& omi_IntTableIterator<T>::CurrentValue() const {
     return remaining != 0 ? negativeWalk.CurrentValue() : nonNegativeWalk.CurrentValue();
 }
 
-#include "zorvancow/tables/omi_IntTableExports.h"
+#include "zorvancow/tables/detail/omi_IntTableExports.h"
 
 #endif

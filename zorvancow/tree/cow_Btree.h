@@ -28,16 +28,13 @@
 #include <initializer_list>
 #include <utility>
 
-#include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
-#include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/lists/detail/cow_CollectWalk.h"
-#include "zorvancow/shapes/cow_FixedArray.h"
 #include "zorvancow/tree/detail/cow_BtreeStd.h"
 
 // Key comparison of the tree: negative when `searched` orders before
@@ -735,6 +732,6 @@ inline V const& cow_Btree<K, V>::at(K const& key) const {
 template <class K, class V>
 struct cow_ElementBytewise<cow_Btree<K, V>> : cow_ElementBytewise<V> {};
 
-#include "zorvancow/tree/cow_BtreeExports.h"
+#include "zorvancow/tree/detail/cow_BtreeExports.h"
 
 #endif
