@@ -161,6 +161,43 @@ TEST(StandardTree, KeyOrderWalksBothWaysWithStructuredBindings) {
     EXPECT_EQ(fromMap, (cow_Btree<std::string, int>{{"a", 1}, {"b", 2}, {"a", 9}}));
 }
 
+// find stands on its key with the path that key needs, so that both steps go
+// on from it; with a path too short for the tree (the path-free walk) the
+// steps search from the root instead and must give the same neighbours.
+template <int PathLength>
+void FindThenStepBothWays(cow_Btree<int, int> const& tree, std::vector<int> const& keys) {
+    using It = cow_BtreeStdIter<int, int, PathLength>;
+    for (std::size_t i = 0; i < keys.size(); ++i) {
+        It found(tree, keys[i]);
+        ASSERT_NE(found, It::End(tree));
+        EXPECT_EQ(found->first, keys[i]);
+        It next = found;
+        ++next;
+        if (i + 1 < keys.size()) {
+            EXPECT_EQ(next->first, keys[i + 1]);
+        } else {
+            EXPECT_EQ(next, It::End(tree));
+        }
+        if (i > 0) {
+            EXPECT_EQ((--It(found))->first, keys[i - 1]);
+        }
+        EXPECT_EQ(It(tree, keys[i] + 1), It::End(tree));  // absent keys are odd
+    }
+}
+
+TEST(StandardTree, FindStandsOnTheKeyAndStepsBothWays) {
+    std::mt19937 random(7);
+    std::vector<int> keys;
+    cow_Btree<int, int> tree;
+    for (int i = 0; i < 300; ++i) {
+        int const key = static_cast<int>(random() % 2000) * 2;
+        if (tree.InsertUnlessMember(key, i)) keys.push_back(key);
+    }
+    std::sort(keys.begin(), keys.end());
+    FindThenStepBothWays<48>(tree, keys);
+    FindThenStepBothWays<2>(tree, keys);
+}
+
 TEST(StandardMap, SnapshotWalksSortedViewsAndFind) {
     testing_support::NoLeaks noLeaks;
     cow_Map<int, int> map{{5, 50}, {3, 30}, {6, 60}, {1, 10}, {7, 70}, {2, 20}, {4, 40}, {0, 0}};

@@ -33,6 +33,7 @@
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
+#include "zorvancow/arrays/detail/cow_BlockCursor.h"
 #include "zorvancow/arrays/detail/cow_BlockSequence.h"
 #include "zorvancow/arrays/detail/cow_1DArrayStd.h"
 #include "zorvancow/core/cow_String.h"
@@ -194,7 +195,7 @@ private:
     // its block is private too, else through FullArrayGet.
     T& PrivateTableGet(int p) {
         Block* block = table[SlotOf(p)];
-        if (block != nullptr && block->GetCount() == 1) return block->data[OffsetOf(p)];
+        if (block != nullptr && cow_IsSole(block)) return block->data[OffsetOf(p)];
         return FullArrayGet(p);
     }
     int BlockStart() const { return head >> shift; }
@@ -295,6 +296,10 @@ protected:
     std::int32_t blockLength;
     std::int32_t position;
     std::int32_t offset;
+
+private:
+    // Position p of the walk, which ends at the limit.
+    cow_detail::BlockCursor At(int p) const { return cow_detail::BlockCursor(p, array.shift, limit); }
 };
 
 // ---------------------------------------------------------------------------
@@ -381,9 +386,8 @@ cow_1DArray<T>& cow_1DArray<T>::operator=(cow_1DArray const& other) {
 
 template <class T>
 void cow_1DArray<T>::CopyArray() {
-    if (tableCounter->GetCount() == 1) return;
-    tableCounter->Decrement();
-    tableCounter = new cow_Counter;
+    if (cow_IsSole(tableCounter)) return;
+    tableCounter = cow_Unshare(tableCounter);
     Block** shared = table;
     table = nullptr;
     if (capacity != 0) {
@@ -408,12 +412,12 @@ inline T& cow_1DArray<T>::Get(int i) {
         ZORVANCOW_REQUIRE(i < INT_MAX - head, "cow_1DArray::Get", "the position would pass 2147483647",
                           "index %d, head %d", i, head);
         int newEnd = head + i + 1;
-        if (end != 0 && tableCounter->GetCount() == 1 && ((newEnd - 1) >> shift) < capacity) {
+        if (end != 0 && cow_IsSole(tableCounter) && ((newEnd - 1) >> shift) < capacity) {
             end = newEnd;
         } else {
             Grow(i + 1);
         }
-    } else if (tableCounter->GetCount() != 1) {
+    } else if (!cow_IsSole(tableCounter)) {
         CopyArray();
     }
     return PrivateTableGet(head + i);
@@ -426,9 +430,8 @@ T& cow_1DArray<T>::FullArrayGet(int p) {
     if (block == nullptr) {
         block = new Block(1 << shift);
         table[s] = block;
-    } else if (block->GetCount() > 1) {
-        block->Decrement();
-        block = new Block(1 << shift, block->data);
+    } else if (!cow_IsSole(block)) {
+        block = cow_Unshare(block, 1 << shift, block->data);
         table[s] = block;
     }
     return block->data[OffsetOf(p)];
@@ -454,7 +457,7 @@ bool cow_1DArray<T>::Grow(int n) {
     ZORVANCOW_CHECK(n >= 0, "cow_1DArray::Grow", "negative size", "size %d", n);
     ZORVANCOW_REQUIRE(n <= INT_MAX - head, "cow_1DArray::Grow", "the end position would pass 2147483647",
                       "size %d, head %d", n, head);
-    if (n == 0 && tableCounter->GetCount() != 1) {
+    if (n == 0 && !cow_IsSole(tableCounter)) {
         // Resetting a shared array. The full route below would copy the
         // table, raise the count of every block in use, and then lower each
         // of them again: the other holders keep the table and every block
@@ -462,8 +465,7 @@ bool cow_1DArray<T>::Grow(int n) {
         // be seen, so give it that directly, in constant time: a new counter
         // and the table a copy reset to 0 slots would be (a live block of
         // minimal size, or none when the copy would have had no slots).
-        tableCounter->Decrement();
-        tableCounter = new cow_Counter;
+        tableCounter = cow_Unshare(tableCounter);
         table = capacity != 0 ? static_cast<Block**>(mem_Realloc(nullptr, 0)) : nullptr;
         capacity = 0;
         shift = 0;
@@ -532,7 +534,7 @@ template <class T>
 T& cow_1DArray<T>::GetHead() {
     if (head != 0) {
         --head;
-        if (tableCounter->GetCount() != 1) CopyArray();
+        if (!cow_IsSole(tableCounter)) CopyArray();
         return PrivateTableGet(head);
     }
     int b = BlockEnd();
@@ -573,7 +575,7 @@ T& cow_1DArray<T>::GetHead() {
 
 template <class T>
 inline void cow_1DArray<T>::RemoveHead() {
-    ZORVANCOW_CHECK(head < end && tableCounter->GetCount() == 1, "cow_1DArray::RemoveHead",
+    ZORVANCOW_CHECK(head < end && cow_IsSole(tableCounter), "cow_1DArray::RemoveHead",
                     "needs a non-empty array on a private table", "size %d, table shared by %d", end - head,
                     tableCounter->GetCount());
     int s = head >> shift;
@@ -603,7 +605,7 @@ void cow_1DArray<T>::SetFromArray(T const* src, int n) {
 template <class T>
 inline cow_1DArrayIter<T>::cow_1DArrayIter(cow_1DArray<T> const& source)
     : array(source), blockData(nullptr), limit(source.end), blockLength(1 << source.shift), position(0), offset(0) {
-    if (array.end - array.head > 0 && array.table[array.SlotOf(array.head)] == nullptr) limit = 0;
+    if (array.end - array.head > 0 && At(array.head).BlockData(array) == nullptr) limit = 0;
     First();
 }
 
@@ -612,9 +614,10 @@ inline cow_1DArrayIter<T>::~cow_1DArrayIter() {}
 
 template <class T>
 inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::First() {
-    position = array.head;
-    offset = array.OffsetOf(position);
-    blockData = position < limit ? array.table[array.SlotOf(position)]->data : nullptr;
+    cow_detail::BlockCursor const at = At(array.head);
+    position = at.Position();
+    offset = at.Offset();
+    blockData = at.Done() ? nullptr : at.BlockData(array);
     return *this;
 }
 
@@ -623,12 +626,8 @@ inline cow_1DArrayIter<T>& cow_1DArrayIter<T>::Next() {
     ++position;
     if (++offset == blockLength) {
         offset = 0;
-        if (position < limit) {
-            cow_1DArrayBlock<T> const* block = array.table[array.SlotOf(position)];
-            blockData = block != nullptr ? block->data : nullptr;
-        } else {
-            blockData = nullptr;
-        }
+        cow_detail::BlockCursor const at = At(position);
+        blockData = at.Done() ? nullptr : at.BlockData(array);
     }
     return *this;
 }

@@ -1,18 +1,24 @@
 #ifndef ZORVANCOW_CORE_COW_COW_H
 #define ZORVANCOW_CORE_COW_COW_H
 
-// Counted handles: the frame of every shared container.
+// Counted handles and the write gate: the frame of every shared container.
 //
 // A handle is two words, a counter and a pointee. Copying a handle raises the
 // count; the last handle to go destroys the pointee. cow_COW adds Get(), the
 // write access, which first gives the calling handle a private copy when the
 // pointee is shared. Reads go straight through the pointee and change nothing.
 //
+// Every write in the library, whatever holds the count (a handle, an array's
+// table, a block, a node), passes one gate first: cow_IsSole says whether the
+// writer is the only holder and may write in place, and cow_Unshare is the
+// step it takes when it is not.
+//
 // Counts are plain integers: handles that share a pointee belong to one
 // thread at a time.
 
 #include <cstdint>
 #include <cstddef>
+#include <utility>
 
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Export.h"
@@ -46,6 +52,20 @@ private:
     std::int32_t count;
 };
 
+// The write gate: true when the holder of `counter` is its only holder, and
+// so may write in place what the counter counts. One load and one compare.
+inline bool cow_IsSole(cow_Counter const* counter) { return counter->GetCount() == 1; }
+
+// The unshare step, for a holder that the gate turned away: it gives up its
+// hold on `shared` (the other holders keep it, so nothing is freed) and
+// returns its own replacement at count 1, a C made from `args`: a new
+// counter for a handle or a table, a copy of the block for a block.
+template <class C, class... Args>
+C* cow_Unshare(C* shared, Args&&... args) {
+    shared->Decrement();
+    return new C(std::forward<Args>(args)...);
+}
+
 // A handle that shares one pointee with its copies. The pointee may be null
 // (an empty handle is still live: it has a counter and copies like any
 // other). A pointee handed over as T* must come from the global operator new.
@@ -76,6 +96,17 @@ public:
     T const* ConstGet() const { return pointee; }
     std::int32_t GetShareCount() const { return counter->GetCount(); }
     cow_Counter const* GetCounter() const { return counter; }
+
+    // Takes the pointee out of a handle that holds it alone: the caller gets
+    // it to destroy, and the handle is left empty with its counter (which its
+    // own release frees). A shared or empty handle gives null and is left as
+    // it was. Lets a node free a chain of sole children without recursion.
+    T* TakeIfSole() {
+        if (pointee == nullptr || !cow_IsSole(counter)) return nullptr;
+        T* taken = pointee;
+        pointee = nullptr;
+        return taken;
+    }
 
 protected:
     // Destroys the pointee (when there is one) and the counter; both words
@@ -149,11 +180,10 @@ cow_CountedHld<T>& cow_CountedHld<T>::operator=(cow_CountedHld const& other) {
 
 template <class T>
 cow_CountedHld<T>& cow_CountedHld<T>::operator=(T* object) {
-    if (counter->GetCount() == 1) {
+    if (cow_IsSole(counter)) {
         delete pointee;
     } else {
-        counter->Decrement();
-        counter = new cow_Counter;
+        counter = cow_Unshare(counter);
     }
     pointee = object;
     return *this;
@@ -186,7 +216,7 @@ cow_COW<T, Cp>::~cow_COW() {}
 template <class T, class Cp>
 T& cow_COW<T, Cp>::Get() {
     T* current = this->pointee;
-    if (this->counter->GetCount() != 1) *this = Cp::Copy(*current);
+    if (!cow_IsSole(this->counter)) *this = Cp::Copy(*current);
     return *this->pointee;
 }
 

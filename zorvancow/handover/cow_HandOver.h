@@ -51,6 +51,7 @@
 #include <vector>
 
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/arrays/detail/cow_BlockCursor.h"
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
@@ -114,19 +115,11 @@ namespace cow_detail {
 // value sharing its storage.
 template <class T, class Visit>
 void HandOverEach(cow_1DArray<T> const& array, int n, Visit&& visit) {
-    int const shift = array.GetShift();
-    int const blockLength = 1 << shift;
     int const head = array.GetHeadPosition();
-    for (int i = 0; i < n;) {
-        int const p = head + i;
-        int const slot = p >> shift;
-        int const offset = p - (slot << shift);
-        int run = blockLength - offset;
-        if (run > n - i) run = n - i;
-        cow_1DArrayBlock<T> const* block = array.GetBlock(slot);
-        T const* data = block != nullptr ? block->GetData() + offset : nullptr;
-        for (int k = 0; k < run; ++k) visit(i + k, data != nullptr ? data + k : nullptr);
-        i += run;
+    for (BlockCursor at(head, array.GetShift(), head + n); !at.Done(); at.NextRun()) {
+        T const* data = at.BlockData(array);
+        int const i = at.Position() - head;
+        for (int k = 0, run = at.Run(); k < run; ++k) visit(i + k, data != nullptr ? data + at.Offset() + k : nullptr);
     }
 }
 }  // namespace cow_detail
@@ -144,27 +137,27 @@ struct cow_HandOverTraits<cow_1DArray<T>> {
     }
 };
 
-template <class T>
-struct cow_HandOverTraits<cow_1DArrayList<T>> {
-    static cow_1DArrayList<T> Copy(cow_1DArrayList<T> const& source) {
-        cow_1DArrayList<T> copy;
-        cow_detail::HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
+namespace cow_detail {
+// Both lists: a new list with each element handed over and appended in
+// order (a hole, which no list has below its count, gives a default element).
+template <class List>
+struct ListHandOver {
+    using T = typename List::value_type;
+    static List Copy(List const& source) {
+        List copy;
+        HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
             copy.Append(element != nullptr ? cow_HandOver(*element) : T());
         });
         return copy;
     }
 };
+}  // namespace cow_detail
 
 template <class T>
-struct cow_HandOverTraits<cow_List<T>> {
-    static cow_List<T> Copy(cow_List<T> const& source) {
-        cow_List<T> copy;
-        cow_detail::HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
-            copy.Append(element != nullptr ? cow_HandOver(*element) : T());
-        });
-        return copy;
-    }
-};
+struct cow_HandOverTraits<cow_1DArrayList<T>> : cow_detail::ListHandOver<cow_1DArrayList<T>> {};
+
+template <class T>
+struct cow_HandOverTraits<cow_List<T>> : cow_detail::ListHandOver<cow_List<T>> {};
 
 template <class T>
 struct cow_HandOverTraits<cow_FixedArray<T>> {

@@ -18,8 +18,9 @@
 // core/cow_Element.h): plain numbers compare with == (a NaN equals nothing, -0.0
 // equals +0.0), strings by bytes, nested lists by IsEqual.
 //
-// No index is checked, and counts are plain integers: even a search copies
-// the array handle, so lists that share storage belong to one thread at a time.
+// No index is checked, and counts are plain integers: even copying or
+// destroying a list writes one, so lists that share storage belong to one
+// thread at a time.
 //
 // Append of one element, FindFirst and IsMember are defined inline, so that
 // a caller compiles in the array's common case and the block-wise search.

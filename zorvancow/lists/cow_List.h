@@ -16,8 +16,9 @@
 //
 // Element copy, equality and zero value come from cow_Element (see
 // core/cow_Element.h), as for cow_1DArrayList. No index is checked; counts are
-// plain integers, and even a search or a destruction touches them, so lists
-// that share storage belong to one thread at a time.
+// plain integers, and even an equality test (which creates absent blocks) or
+// a destruction touches them, so lists that share storage belong to one
+// thread at a time.
 //
 // The per-element members (Append of one element, Prepend, RemoveFirst,
 // ConstGet, Get, Position, IsMember) are defined inline, so that a caller
@@ -185,7 +186,7 @@ cow_List<T>::~cow_List() {
     // other holders it only lowers the table count, which the array's own
     // release does too. So a shared list skips it: destroying a copy is one
     // decrement and allocates nothing. A sole holder clears as usual.
-    if (array.GetTableShareCount() == 1) Clear();
+    if (cow_IsSole(array.GetTableCounter())) Clear();
 }
 
 template <class T>

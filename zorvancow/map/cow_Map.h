@@ -99,23 +99,6 @@ struct ZORVANCOW_TYPE cow_MapNode {
     K key;        // changes after construction only when a removal pulls a key up
     V value;
     Link child[2];  // followed on digit 0 and digit 1
-
-private:
-    // Takes the node out of a branch that nothing else holds, leaving the
-    // branch empty (its counter stays, for the handle's own release), and
-    // gives it to the caller to destroy. A shared or empty branch gives null.
-    static cow_MapNode* TakeSoleChild(Link& branch) {
-        // The handle keeps its pointee to itself; this is the map's one
-        // look past that, reached through the pointer-to-member of a class
-        // derived from the handle.
-        struct Access : Link {
-            static cow_MapNode* Link::*Pointee() { return &Access::pointee; }
-        };
-        if (branch.ConstGet() == nullptr || branch.GetShareCount() != 1) return nullptr;
-        cow_MapNode* taken = branch.*Access::Pointee();
-        branch.*Access::Pointee() = nullptr;
-        return taken;
-    }
 };
 
 // ---------------------------------------------------------------------------
@@ -231,7 +214,8 @@ public:
     V const& at(K const& key) const;
 
 private:
-    // The path walk of every read: the node holding `key`, or null, with its
+    // The map's one find, the path walk of every read (IsMember, ConstGet,
+    // GetDepth, find, at and ==): the node holding `key`, or null, with its
     // depth in `depth` (the depth below the last node when absent). It
     // changes no count.
     Node const* FindNode(K const& key, int& depth) const;
@@ -399,9 +383,12 @@ template <class K, class V>
 class ZORVANCOW_TYPE cow_MapUtils {
 public:
     // All keys, by value: one pointer array for the walk plus the list.
-    static cow_List<K> cow_Keys(cow_Map<K, V> const& map);
+    static cow_List<K> cow_Keys(cow_Map<K, V> const& map) { return Collect::Keys(map); }
     // All values, by value, in the order of cow_Keys.
-    static cow_List<V> cow_Values(cow_Map<K, V> const& map);
+    static cow_List<V> cow_Values(cow_Map<K, V> const& map) { return Collect::Values(map); }
+
+private:
+    using Collect = cow_detail::CollectWalk<K, V, cow_ConstMapIterator<K, V>>;
 };
 
 // ---------------------------------------------------------------------------
@@ -432,13 +419,14 @@ cow_MapNode<K, V>::~cow_MapNode() {
         }
         pending[size++] = node;
     };
-    // child[0] goes on the stack first so that child[1]'s subtree is freed first.
-    push(TakeSoleChild(child[0]));
-    push(TakeSoleChild(child[1]));
+    // child[0] goes on the stack first so that child[1]'s subtree is freed
+    // first. A branch gives up its node only when nothing else holds it.
+    push(child[0].TakeIfSole());
+    push(child[1].TakeIfSole());
     while (size != 0) {
         cow_MapNode* node = pending[--size];
-        push(TakeSoleChild(node->child[0]));
-        push(TakeSoleChild(node->child[1]));
+        push(node->child[0].TakeIfSole());
+        push(node->child[1].TakeIfSole());
         delete node;
     }
     if (pending != local) ::operator delete(static_cast<void*>(pending));
@@ -585,18 +573,6 @@ int cow_ConstMapSortedIt<K, V>::AscSortCmp(void const* left, void const* right) 
     return 1;
 }
 
-template <class K, class V>
-cow_List<K> cow_MapUtils<K, V>::cow_Keys(cow_Map<K, V> const& map) {
-    return cow_detail::CollectWalk<K, cow_ConstMapIterator<K, V>>(
-        map, [](cow_ConstMapIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
-}
-
-template <class K, class V>
-cow_List<V> cow_MapUtils<K, V>::cow_Values(cow_Map<K, V> const& map) {
-    return cow_detail::CollectWalk<V, cow_ConstMapIterator<K, V>>(
-        map, [](cow_ConstMapIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
-}
-
 // ---------------------------------------------------------------------------
 // The standard interface: construction from values and ranges, begin, find, Sorted, at
 
@@ -623,7 +599,8 @@ inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::begin() const {
 
 template <class K, class V>
 inline typename cow_Map<K, V>::const_iterator cow_Map<K, V>::find(K const& key) const {
-    Node const* node = cow_detail::MapFindNode(*this, key);
+    int depth;
+    Node const* node = FindNode(key, depth);
     return node != nullptr ? const_iterator(*this, node) : const_iterator();
 }
 
@@ -634,7 +611,8 @@ inline cow_MapSortedView<K, V> cow_Map<K, V>::Sorted(bool descending) const {
 
 template <class K, class V>
 inline V const& cow_Map<K, V>::at(K const& key) const {
-    Node const* node = cow_detail::MapFindNode(*this, key);
+    int depth;
+    Node const* node = FindNode(key, depth);
     if (node == nullptr) cow_detail::AtMissingKey("cow_Map");
     return node->value;
 }

@@ -36,6 +36,7 @@
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/lists/detail/cow_CollectWalk.h"
 #include "zorvancow/tree/detail/cow_BtreeStd.h"
+#include "zorvancow/tree/detail/cow_BtreeWalk.h"
 
 // Key comparison of the tree: negative when `searched` orders before
 // `nodeKey`, zero on a match, positive after. The rule per key type is
@@ -127,22 +128,24 @@ public:
 
 private:
     friend class cow_Btree<K, V>;
-    friend class cow_BtreeIterator<K, V>;
 
-    // The one search walk behind both Finds of the node and of the tree:
-    // from `from` down to the node holding `key`, or null. `enter` reaches
-    // the node behind a child link: through Get for a writing walk, which
-    // makes it private, or through ConstGet for a reading one.
-    template <class Self, class Enter>
-    static Self* Search(Self* from, K const& key, Enter enter) {
-        for (;;) {
-            std::int32_t const c = cow_BtreeKeyCompare(key, from->key);
-            if (c == 0) return from;
-            Handle* slot = c < 0 ? from->left : from->right;
-            if (slot == nullptr) return nullptr;
-            from = enter(slot);
-        }
+    // The two ways a search steps down to the child on one side (null when
+    // there is none): through Get, which makes the child private, for the
+    // writing Find, or through ConstGet, which reads only.
+    static cow_BtreeNode* WriteChild(cow_BtreeNode* node, bool toRight) {
+        Handle* link = toRight ? node->right : node->left;
+        return link != nullptr ? &link->Get() : nullptr;
     }
+    static cow_BtreeNode const* ReadChild(cow_BtreeNode const* node, bool toRight) {
+        Handle const* link = toRight ? node->right : node->left;
+        return link != nullptr ? link->ConstGet() : nullptr;
+    }
+
+    // The single rotation of Balance: the child on the `heavy` side (made
+    // private) moves up in place of this node, which takes the child's
+    // subtree on the `light` side as its new `heavy` child. Returns the link
+    // of the moved child.
+    Handle* Rotate(Handle* self, Handle* cow_BtreeNode::*heavy, Handle* cow_BtreeNode::*light);
 
     // Recomputes maxDepth from the children: 0 for a leaf, else one more than
     // the deeper child's maxDepth.
@@ -272,7 +275,6 @@ public:
     V const& at(K const& key) const;
 
 private:
-    friend class cow_BtreeIterator<K, V>;
 
     template <class MakeCopy>
     static Handle* RebuiltLink(Handle const* link, MakeCopy const& copy);
@@ -348,12 +350,25 @@ private:
     // One node of the path: the link naming it (in its parent, or the tree's
     // root link) and the frame of its parent.
     struct Frame {
-        Handle* link;
+        Handle const* link;
         Frame* below;
     };
+    // The frame stack as the tree's in-order steps see it: a frame per node
+    // of the path, holding the link that names the node.
+    struct FramePath {
+        using Link = Handle const*;
+        cow_BtreeIterator& walk;
+        Link Top() const { return walk.top->link; }
+        void Push(Link link) { walk.Push(link); }
+        void Pop() { walk.Pop(); }
+        bool Empty() const { return walk.top == nullptr; }
+        static Link Child(Link link, bool right) {
+            Node const* node = link->ConstGet();
+            return right ? node->GetRight() : node->GetLeft();
+        }
+    };
 
-    Node const* TopNode() const { return top->link->ConstGet(); }
-    void Push(Handle* link) {
+    void Push(Handle const* link) {
         top = cow_Allocate([this, link] { return new Frame{link, top}; });
     }
     // Unlinks and frees the top frame, if any.
@@ -378,10 +393,13 @@ public:
     // All keys, ascending. Each key is copied by its own copy constructor, so
     // string keys share their text with the tree. Walks the tree with an
     // iterator: one frame allocation per step down, plus the list's growth.
-    static cow_List<K> cow_Keys(cow_Btree<K, V> const& tree);
+    static cow_List<K> cow_Keys(cow_Btree<K, V> const& tree) { return Collect::Keys(tree); }
     // All values in the order of their keys, copied like the keys: values that
     // are counted containers share their storage with the tree.
-    static cow_List<V> cow_Values(cow_Btree<K, V> const& tree);
+    static cow_List<V> cow_Values(cow_Btree<K, V> const& tree) { return Collect::Values(tree); }
+
+private:
+    using Collect = cow_detail::CollectWalk<K, V, cow_BtreeIterator<K, V>>;
 };
 
 // ---------------------------------------------------------------------------
@@ -409,25 +427,21 @@ template <class K, class V>
 typename cow_BtreeNode<K, V>::Handle* cow_BtreeNode<K, V>::Balance(Handle* self) {
     // A missing child and a leaf child both weigh 0 here.
     std::int32_t const d = DepthOf(right) - DepthOf(left);
-    if (d >= 2) {
-        Handle* up = right;
-        cow_BtreeNode& child = up->Get();
-        right = child.left;
-        child.left = self;
-        SetMaxDepth();
-        child.SetMaxDepth();
-        return up;
-    }
-    if (d < -1) {
-        Handle* up = left;
-        cow_BtreeNode& child = up->Get();
-        left = child.right;
-        child.right = self;
-        SetMaxDepth();
-        child.SetMaxDepth();
-        return up;
-    }
+    if (d >= 2) return Rotate(self, &cow_BtreeNode::right, &cow_BtreeNode::left);
+    if (d < -1) return Rotate(self, &cow_BtreeNode::left, &cow_BtreeNode::right);
     return nullptr;
+}
+
+template <class K, class V>
+inline typename cow_BtreeNode<K, V>::Handle* cow_BtreeNode<K, V>::Rotate(Handle* self, Handle* cow_BtreeNode::*heavy,
+                                                                          Handle* cow_BtreeNode::*light) {
+    Handle* up = this->*heavy;
+    cow_BtreeNode& child = up->Get();
+    this->*heavy = child.*light;
+    child.*light = self;
+    SetMaxDepth();
+    child.SetMaxDepth();
+    return up;
 }
 
 template <class K, class V>
@@ -506,14 +520,16 @@ void cow_BtreeNode<K, V>::RemoveNode(cow_BtreeNode* node, Handle* replacement) {
     SetMaxDepth();
 }
 
+// Both finds are the tree's one search (tree/detail/cow_BtreeWalk.h); they
+// differ in how they step down a link.
 template <class K, class V>
 cow_BtreeNode<K, V>* cow_BtreeNode<K, V>::Find(K const& key_) {
-    return Search(this, key_, [](Handle* slot) { return &slot->Get(); });
+    return cow_detail::BtreeSearch(this, key_, &WriteChild);
 }
 
 template <class K, class V>
 cow_BtreeNode<K, V> const* cow_BtreeNode<K, V>::ConstFind(K const& key_) const {
-    return Search(this, key_, [](Handle const* slot) { return slot->ConstGet(); });
+    return cow_detail::BtreeSearch(this, key_, &ReadChild);
 }
 
 // ---------------------------------------------------------------------------
@@ -614,17 +630,17 @@ typename cow_Btree<K, V>::Handle* cow_Btree<K, V>::RebuiltLink(Handle const* lin
 }
 
 // The tree's lookups start at the root link (Get on it for Find) and go on
-// as the node's walk does.
+// as the node's own finds do.
 template <class K, class V>
 typename cow_Btree<K, V>::Node* cow_Btree<K, V>::Find(K const& key) {
     if (root == nullptr) return nullptr;
-    return Node::Search(&root->Get(), key, [](Handle* slot) { return &slot->Get(); });
+    return cow_detail::BtreeSearch(&root->Get(), key, &Node::WriteChild);
 }
 
 template <class K, class V>
 typename cow_Btree<K, V>::Node const* cow_Btree<K, V>::ConstFind(K const& key) const {
     if (root == nullptr) return nullptr;
-    return Node::Search(root->ConstGet(), key, [](Handle const* slot) { return slot->ConstGet(); });
+    return cow_detail::BtreeSearch(root->ConstGet(), key, &Node::ReadChild);
 }
 
 // ---------------------------------------------------------------------------
@@ -638,66 +654,34 @@ cow_BtreeIterator<K, V>::~cow_BtreeIterator() {
     PopAll();
 }
 
+// The walks are the tree's in-order steps (tree/detail/cow_BtreeWalk.h) on
+// the frame stack.
 template <class K, class V>
 void cow_BtreeIterator<K, V>::First() {
     PopAll();
-    if (tree->root == nullptr) return;
-    Push(tree->root);
-    while (Handle* next = TopNode()->left) Push(next);
+    FramePath path{*this};
+    cow_detail::BtreeEdge<false>(path, tree->GetRoot());
 }
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Last() {
     PopAll();
-    if (tree->root == nullptr) return;
-    Push(tree->root);
-    while (Handle* next = TopNode()->right) Push(next);
+    FramePath path{*this};
+    cow_detail::BtreeEdge<true>(path, tree->GetRoot());
 }
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Next() {
     ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Next", "the iterator is done", "stack depth %d", 0);
-    if (Handle* down = TopNode()->right) {
-        Push(down);
-        while (Handle* next = TopNode()->left) Push(next);
-        return;
-    }
-    // Climb while coming up from a right child: those ancestors lie behind.
-    for (;;) {
-        Handle* from = top->link;
-        Pop();
-        if (top == nullptr || TopNode()->right != from) return;
-    }
+    FramePath path{*this};
+    cow_detail::BtreeStep<true>(path);
 }
 
 template <class K, class V>
 void cow_BtreeIterator<K, V>::Previous() {
     ZORVANCOW_CHECK(top != nullptr, "cow_BtreeIterator::Previous", "the iterator is done", "stack depth %d", 0);
-    if (Handle* down = TopNode()->left) {
-        Push(down);
-        while (Handle* next = TopNode()->right) Push(next);
-        return;
-    }
-    for (;;) {
-        Handle* from = top->link;
-        Pop();
-        if (top == nullptr || TopNode()->left != from) return;
-    }
-}
-
-// ---------------------------------------------------------------------------
-// cow_BtreeUtils
-
-template <class K, class V>
-cow_List<K> cow_BtreeUtils<K, V>::cow_Keys(cow_Btree<K, V> const& tree) {
-    return cow_detail::CollectWalk<K, cow_BtreeIterator<K, V>>(
-        tree, [](cow_BtreeIterator<K, V> const& walk) -> K const& { return walk.CurrentKey(); });
-}
-
-template <class K, class V>
-cow_List<V> cow_BtreeUtils<K, V>::cow_Values(cow_Btree<K, V> const& tree) {
-    return cow_detail::CollectWalk<V, cow_BtreeIterator<K, V>>(
-        tree, [](cow_BtreeIterator<K, V> const& walk) -> V const& { return walk.CurrentValue(); });
+    FramePath path{*this};
+    cow_detail::BtreeStep<false>(path);
 }
 
 // ---------------------------------------------------------------------------

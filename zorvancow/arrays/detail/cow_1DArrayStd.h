@@ -24,6 +24,7 @@
 #include <initializer_list>
 #include <iterator>
 
+#include "zorvancow/arrays/detail/cow_BlockCursor.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
 
@@ -45,7 +46,9 @@ public:
     // On element `index` (0 to `count`) of `array`, whose walk ends after
     // element `count` - 1, counted from the head.
     cow_BlockIterator(cow_1DArray<T> const& array_, int index, int count_)
-        : array(&array_), head(array_.GetHeadPosition()), shift(array_.GetShift()), stop(head + count_) {
+        : array(&array_),
+          at(array_.GetHeadPosition(), array_.GetShift(), array_.GetHeadPosition() + count_),
+          head(array_.GetHeadPosition()) {
         Seek(index);
     }
 
@@ -97,52 +100,45 @@ public:
     friend bool operator>=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(a < b); }
 
 private:
-    difference_type Length() const { return difference_type{1} << shift; }
+    difference_type Length() const { return at.Length(); }
     // The element's index counted from the head.
     difference_type Index() const {
         if (current == nullptr) return 0;
-        return (static_cast<difference_type>(slot) << shift) + (current - (blockEnd - Length())) - head;
+        return at.BlockStart() + (current - (blockEnd - Length())) - head;
     }
-    // The storage of the block in slot `s`, whose element at position `p` is
-    // wanted; an absent block is created by the array's own const read.
-    T const* BlockData(int s, int p) const {
-        if (auto const* block = array->GetBlock(s)) return block->GetData();
-        return &array->PartialArrayConstGet(p - head) - (p - (s << shift));
+    // Stands on position `p` of the walk's block `at` has moved to.
+    void Enter(int p) {
+        at.MoveTo(p);
+        T const* base = at.ReadBlockData(*array);
+        current = base + at.Offset();
+        blockEnd = base + Length();
     }
     void Seek(difference_type index) {
-        if (array == nullptr || stop == head) {
+        if (array == nullptr || at.Stop() == head) {
             current = blockEnd = nullptr;
             return;
         }
         int const p = head + static_cast<int>(index);
         // The end lies one past the last element, in that element's block.
-        int const q = p == stop ? p - 1 : p;
-        slot = q >> shift;
-        T const* base = BlockData(slot, q);
-        current = base + (q - (slot << shift)) + (p == stop ? 1 : 0);
-        blockEnd = base + Length();
+        if (p == at.Stop()) {
+            Enter(p - 1);
+            ++current;
+        } else {
+            Enter(p);
+        }
     }
     void NextBlock() {
-        int const next = (slot + 1) << shift;
-        if (next >= stop) return;  // one past the last element: the end
-        ++slot;
-        current = BlockData(slot, next);
-        blockEnd = current + Length();
+        cow_detail::BlockCursor next = at;
+        if (next.NextRun().Done()) return;  // one past the last element: the end
+        Enter(next.Position());
     }
-    void PreviousBlock() {
-        --slot;
-        T const* base = BlockData(slot, (slot << shift) + static_cast<int>(Length()) - 1);
-        blockEnd = base + Length();
-        current = blockEnd - 1;
-    }
+    void PreviousBlock() { Enter(at.BlockStart() - 1); }
 
     cow_1DArray<T> const* array = nullptr;
     T const* current = nullptr;   // the element
     T const* blockEnd = nullptr;  // one past the storage of its block
-    int slot = 0;                 // the block's slot
+    cow_detail::BlockCursor at;   // a position in the element's block; the walk's stop
     int head = 0;                 // the array's head position
-    int shift = 0;                // log2 of the block length
-    int stop = 0;                 // the position one past the last element
 };
 
 // A block-wise walk: the elements of an array or list as contiguous spans,
@@ -158,23 +154,13 @@ public:
     class iterator : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Span<T const>> {
     public:
         iterator() = default;
-        iterator(cow_1DArray<T> const* array_, int position_, int stop_) : array(array_), position(position_), stop(stop_) {}
+        iterator(cow_1DArray<T> const* array_, cow_detail::BlockCursor at_) : array(array_), at(at_) {}
 
         cow_Span<T const> operator*() const {
-            int const shift = array->GetShift();
-            int const s = position >> shift;
-            int const offset = position - (s << shift);
-            int const length = (1 << shift) - offset;
-            int const count = length < stop - position ? length : stop - position;
-            auto const* block = array->GetBlock(s);
-            T const* data = block != nullptr ? block->GetData() + offset
-                                             : &array->PartialArrayConstGet(position - array->GetHeadPosition());
-            return cow_Span<T const>(data, static_cast<std::size_t>(count));
+            return cow_Span<T const>(at.ReadBlockData(*array) + at.Offset(), static_cast<std::size_t>(at.Run()));
         }
         iterator& operator++() {
-            int const shift = array->GetShift();
-            position = ((position >> shift) + 1) << shift;
-            if (position > stop) position = stop;
+            at.NextRun();
             return *this;
         }
         iterator operator++(int) {
@@ -182,26 +168,24 @@ public:
             ++*this;
             return old;
         }
-        friend bool operator==(iterator const& a, iterator const& b) { return a.position == b.position; }
-        friend bool operator!=(iterator const& a, iterator const& b) { return a.position != b.position; }
+        friend bool operator==(iterator const& a, iterator const& b) { return a.at.Position() == b.at.Position(); }
+        friend bool operator!=(iterator const& a, iterator const& b) { return a.at.Position() != b.at.Position(); }
 
     private:
         cow_1DArray<T> const* array = nullptr;
-        int position = 0;
-        int stop = 0;
+        cow_detail::BlockCursor at;
     };
 
     // The first `count` elements of `array`, counted from its head.
     cow_BlockRange(cow_1DArray<T> const& array_, int count_)
-        : array(&array_), first(array_.GetHeadPosition()), stop(array_.GetHeadPosition() + count_) {}
+        : array(&array_), first(array_.GetHeadPosition(), array_.GetShift(), array_.GetHeadPosition() + count_) {}
 
-    iterator begin() const { return iterator(array, first, stop); }
-    iterator end() const { return iterator(array, stop, stop); }
+    iterator begin() const { return iterator(array, first); }
+    iterator end() const { return iterator(array, cow_detail::BlockCursor(first).MoveTo(first.Stop())); }
 
 private:
     cow_1DArray<T> const* array;
-    int first;
-    int stop;
+    cow_detail::BlockCursor first;
 };
 
 // Calls `f(T const* data, std::size_t n)` once per run of contiguous

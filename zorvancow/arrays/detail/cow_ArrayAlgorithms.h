@@ -4,12 +4,13 @@
 #include <algorithm>
 
 #include "zorvancow/arrays/cow_1DArray.h"
+#include "zorvancow/arrays/detail/cow_BlockCursor.h"
 #include "zorvancow/core/cow_Element.h"
 
 namespace cow_detail {
 // What the lists do to the elements of their array: moving elements to open
 // or close a gap, searching by walking block by block, and element-wise
-// equality. Each takes the array and the element count (from the head) to
+// equality (both walks on the array's block cursor, cow_BlockCursor.h). Each takes the array and the element count (from the head) to
 // work on; the array's own IsEqual uses the equality over its whole size.
 template <class T>
 struct ArrayAlgorithms {
@@ -35,40 +36,53 @@ struct ArrayAlgorithms {
         cow_Element<T>::Clear(array.Get(count));
     }
 
-    // Index of the first element equal to `value`, or -1. Walks a snapshot
-    // of the array one block at a time, comparing inside a block without
-    // going back to the table.
+    // Index of the first element equal to `value`, or -1. Walks the array
+    // one block at a time, comparing inside a block without going back to
+    // the table. A pure read: no block is created and no count moves.
     static int Find(cow_1DArray<T> const& array, int count, T const& value) {
-        cow_1DArrayIter<T> it(array);
-        int const start = it.GetPosition();
-        int const stop = start + count;
-        while (it.GetPosition() < stop) {
-            T const* data = it.GetBlockData();
+        int const head = array.GetHeadPosition();
+        for (BlockCursor at = Walk(array, count); !at.Done(); at.NextRun()) {
+            T const* data = at.BlockData(array);
             if (data == nullptr) return -1;  // a hole: nothing below the count was ever there
-            int const offset = it.GetOffset();
-            int const position = it.GetPosition();
-            int run = it.GetBlockLength() - offset;
-            if (run > stop - position) run = stop - position;
-            T const* first = data + offset;
-            T const* found = std::find_if(first, first + run, [&value](T const& element) {
+            T const* first = data + at.Offset();
+            T const* last = first + at.Run();
+            T const* found = std::find_if(first, last, [&value](T const& element) {
                 return cow_Element<T>::Equal(element, value);
             });
-            if (found != first + run) return position + static_cast<int>(found - first) - start;
-            it.NextBlock();
+            if (found != last) return at.Position() + static_cast<int>(found - first) - head;
         }
         return -1;
     }
 
     // Element-wise equality of two lists of `count` elements each. Elements
     // at one address (a block both arrays share) count as equal unread, so a
-    // NaN in a shared block equals itself. Creates absent blocks.
+    // NaN in a shared block equals itself. Creates the absent blocks of both
+    // arrays up to the first difference, as their const reads do.
     static bool Equal(cow_1DArray<T> const& left, cow_1DArray<T> const& right, int count) {
-        for (int i = 0; i < count; ++i) {
-            T const& a = left.PartialArrayConstGet(i);
-            T const& b = right.PartialArrayConstGet(i);
-            if (&a != &b && !cow_Element<T>::Equal(a, b)) return false;
+        // Both walks go by the shorter of their two runs, so that each step
+        // stays inside one block of either array.
+        BlockCursor a = Walk(left, count);
+        BlockCursor b = Walk(right, count);
+        while (!a.Done()) {
+            int const run = a.Run() < b.Run() ? a.Run() : b.Run();
+            T const* x = a.ReadBlockData(left) + a.Offset();
+            T const* y = b.ReadBlockData(right) + b.Offset();
+            if (x != y) {
+                for (int k = 0; k < run; ++k) {
+                    if (!cow_Element<T>::Equal(x[k], y[k])) return false;
+                }
+            }
+            a.MoveTo(a.Position() + run);
+            b.MoveTo(b.Position() + run);
         }
         return true;
+    }
+
+private:
+    // The first `count` elements of `array`, from its head.
+    static BlockCursor Walk(cow_1DArray<T> const& array, int count) {
+        int const head = array.GetHeadPosition();
+        return BlockCursor(head, array.GetShift(), head + count);
     }
 };
 }  // namespace cow_detail

@@ -24,6 +24,7 @@
 #include <iterator>
 #include <utility>
 
+#include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
@@ -36,20 +37,9 @@ template <class K, class V>
 class ZORVANCOW_TYPE cow_ConstMapSortedIt;
 
 namespace cow_detail {
-// The node of `key`, or null: a plain read down the key's digits that
-// touches no count.
-template <class K, class V>
-cow_MapNode<K, V> const* MapFindNode(cow_Map<K, V> const& map, K const& key) {
-    int depth = 0;
-    for (cow_MapNode<K, V> const* node = map.GetRoot().ConstGet(); node != nullptr; ++depth) {
-        if (cow_KeyBits<K>::Equal(node->key, key)) return node;
-        node = node->child[cow_KeyBits<K>::Bit(key, depth)].ConstGet();
-    }
-    return nullptr;
-}
-
 // A snapshot walk that several iterators share: the library's own iterator
-// (plain or sorted), walked once at construction, with a count of holders.
+// (plain or sorted), walked once at construction, with a count of the
+// iterators that hold it (a cow_Counter of its own, made in place).
 template <class Walk>
 class MapSnapshot : public Walk {
 public:
@@ -63,7 +53,7 @@ public:
         while (this->nodes[i] != nullptr && this->nodes[i] != node) ++i;
         return i;
     }
-    int holders = 1;
+    cow_Counter holders;
 };
 }  // namespace cow_detail
 
@@ -84,10 +74,10 @@ public:
 
     cow_MapStdIter(cow_MapStdIter const& other)
         : snapshot(other.snapshot), position(other.position), map(other.map), single(other.single) {
-        if (snapshot != nullptr) ++snapshot->holders;
+        if (snapshot != nullptr) snapshot->holders.Increment();
     }
     cow_MapStdIter& operator=(cow_MapStdIter const& other) {
-        if (other.snapshot != nullptr) ++other.snapshot->holders;
+        if (other.snapshot != nullptr) other.snapshot->holders.Increment();
         Release();
         snapshot = other.snapshot;
         position = other.position;
@@ -136,7 +126,7 @@ private:
     // count's fall to 0 cannot be told apart from a second holder, and g++
     // warns of a use after free that cannot happen.
     __attribute__((noinline)) static void Drop(Snapshot* shared) {
-        if (--shared->holders == 0) delete shared;
+        if (shared->holders.Decrement()) delete shared;
     }
 
     Snapshot* snapshot = nullptr;
@@ -170,8 +160,8 @@ template <class K, class V>
 bool operator==(cow_Map<K, V> const& a, cow_Map<K, V> const& b) {
     if (a.GetCount() != b.GetCount()) return false;
     for (auto const& [key, value] : a) {
-        cow_MapNode<K, V> const* other = cow_detail::MapFindNode(b, key);
-        if (other == nullptr || !cow_Element<V>::Equal(value, other->value)) return false;
+        auto const other = b.find(key);
+        if (other == b.end() || !cow_Element<V>::Equal(value, other->second)) return false;
     }
     return true;
 }

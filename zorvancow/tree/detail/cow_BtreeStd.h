@@ -21,6 +21,7 @@
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
+#include "zorvancow/tree/detail/cow_BtreeWalk.h"
 
 template <class K, class V>
 class ZORVANCOW_TYPE cow_Btree;
@@ -60,44 +61,22 @@ public:
     cow_EntryArrow<K, V> operator->() const { return cow_EntryArrow<K, V>{**this}; }
 
     cow_BtreeStdIter& operator++() {
-        if (deep) {
-            Step(+1);
-            return *this;
-        }
-        if (Node const* down = Child(Current(), true)) {
-            Push(down);
-            while (Node const* next = Child(path[depth - 1], false)) Push(next);
-            return *this;
-        }
-        // Climb while coming up from a right child: those ancestors lie behind.
-        for (;;) {
-            Node const* from = path[--depth];
-            if (depth == 0 || Child(path[depth - 1], true) != from) return *this;
-        }
+        Step<true>();
+        return *this;
     }
     cow_BtreeStdIter operator++(int) {
         cow_BtreeStdIter old = *this;
         ++*this;
         return old;
     }
+    // From the end, to the greatest key.
     cow_BtreeStdIter& operator--() {
         if (depth == 0) {
             Last();
-            return *this;
+        } else {
+            Step<false>();
         }
-        if (deep) {
-            Step(-1);
-            return *this;
-        }
-        if (Node const* down = Child(Current(), false)) {
-            Push(down);
-            while (Node const* next = Child(path[depth - 1], true)) Push(next);
-            return *this;
-        }
-        for (;;) {
-            Node const* from = path[--depth];
-            if (depth == 0 || Child(path[depth - 1], false) != from) return *this;
-        }
+        return *this;
     }
     cow_BtreeStdIter operator--(int) {
         cow_BtreeStdIter old = *this;
@@ -119,7 +98,38 @@ private:
         auto const* link = right ? node->GetRight() : node->GetLeft();
         return link != nullptr ? link->ConstGet() : nullptr;
     }
-    void Push(Node const* node) { path[depth++] = node; }
+
+    // The path as the tree's walks see it (tree/detail/cow_BtreeWalk.h):
+    // the whole path from the root, or in deep mode only the current node,
+    // which each step down replaces.
+    struct PathBase {
+        using Link = Node const*;
+        cow_BtreeStdIter& walk;
+        Link Top() const { return walk.path[walk.depth - 1]; }
+        bool Empty() const { return walk.depth == 0; }
+        static Link Child(Link node, bool right) { return cow_BtreeStdIter::Child(node, right); }
+    };
+    struct FullPath : PathBase {
+        void Push(Node const* node) { this->walk.path[this->walk.depth++] = node; }
+        void Pop() { --this->walk.depth; }
+    };
+    struct NodePath : PathBase {
+        void Push(Node const* node) {
+            this->walk.path[0] = node;
+            this->walk.depth = 1;
+        }
+    };
+    // Calls `f` with the path of the mode the iterator is in.
+    template <class F>
+    void OnPath(F&& f) {
+        if (deep) {
+            NodePath path{{*this}};
+            f(path);
+        } else {
+            FullPath path{{*this}};
+            f(path);
+        }
+    }
 
     // A stored depth is never below the exact one, so the root's tells
     // whether every path fits. When one may not, the iterator keeps only its
@@ -131,44 +141,52 @@ private:
         deep = root->GetMaxDepth() >= PathLength;
         return true;
     }
-    void First() { Edge(false); }
-    void Last() { Edge(true); }
-    void Edge(bool right) {
+    void First() { Edge<false>(); }
+    void Last() { Edge<true>(); }
+    template <bool Right>
+    void Edge() {
         if (!Start()) return;
-        Node const* node = Root();
-        if (deep) {
-            while (Node const* next = Child(node, right)) node = next;
-            Push(node);
-            return;
-        }
-        Push(node);
-        while (Node const* next = Child(path[depth - 1], right)) Push(next);
+        OnPath([this](auto& path) { cow_detail::BtreeEdge<Right>(path, Root()); });
     }
+    // The tree's search, keeping each node it passes on the path.
     void Find(K const& key) {
         if (!Start()) return;
-        for (Node const* node = Root(); node != nullptr;) {
-            std::int32_t const c = cow_KeyOrder<K>::Compare(key, node->GetKey());
-            if (!deep) Push(node);
-            if (c == 0) {
-                if (deep) Push(node);
-                return;
-            }
-            node = Child(node, c > 0);
-        }
-        depth = 0;
+        OnPath([this, &key](auto& path) {
+            path.Push(Root());
+            auto const keep = [&path](Node const* node, bool right) {
+                Node const* child = Child(node, right);
+                if (child != nullptr) path.Push(child);
+                return child;
+            };
+            if (cow_detail::BtreeSearch(Root(), key, keep) == nullptr) depth = 0;
+        });
     }
-    // The next greater (+1) or smaller (-1) key, searched from the root.
-    void Step(int direction) {
-        K const& key = Current()->GetKey();
-        Node const* neighbour = nullptr;
-        for (Node const* node = Root(); node != nullptr;) {
-            std::int32_t const c = cow_KeyOrder<K>::Compare(key, node->GetKey());
-            bool const beyond = direction > 0 ? c < 0 : c > 0;
-            if (beyond) neighbour = node;
-            node = Child(node, direction > 0 ? !beyond : beyond);
+    // The next greater (Forward) or smaller key: the tree's in-order step on
+    // the whole path, or in deep mode one search from the root for the
+    // current key, noting the last node where the search turned away from the
+    // step's side: that node is the neighbour unless the current node has a
+    // subtree on that side.
+    template <bool Forward>
+    void Step() {
+        if (!deep) {
+            FullPath path{{*this}};
+            cow_detail::BtreeStep<Forward>(path);
+            return;
         }
+        Node const* neighbour = nullptr;
+        auto const note = [&neighbour](Node const* node, bool right) {
+            if (right != Forward) neighbour = node;
+            return Child(node, right);
+        };
+        Node const* current = cow_detail::BtreeSearch(Root(), Current()->GetKey(), note);
+        NodePath path{{*this}};
         depth = 0;
-        if (neighbour != nullptr) Push(neighbour);
+        if (Node const* down = current != nullptr ? Child(current, Forward) : nullptr) {
+            path.Push(down);
+            cow_detail::BtreeDescend<!Forward>(path);
+        } else if (neighbour != nullptr) {
+            path.Push(neighbour);
+        }
     }
 
     cow_Btree<K, V> const* tree = nullptr;

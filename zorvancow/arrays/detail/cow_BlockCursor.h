@@ -1,0 +1,84 @@
+#ifndef ZORVANCOW_ARRAYS_DETAIL_COW_BLOCKCURSOR_H
+#define ZORVANCOW_ARRAYS_DETAIL_COW_BLOCKCURSOR_H
+
+// The one walk over a blocked array's storage. Every walk of the array
+// family (cow_1DArrayIter, the standard iterator, the block ranges, the
+// lists' search and equality, the hand-over) turns positions into blocks
+// here and nowhere else.
+
+#include "zorvancow/core/cow_Export.h"
+
+template <class T>
+class ZORVANCOW_TYPE cow_1DArray;
+
+namespace cow_detail {
+// A place in a range of a blocked array, told block by block: from an
+// absolute position (as cow_1DArray counts them, head first) and the array's
+// shift, the slot of its block and its offset there, and the run of elements
+// from it to the end of the block or of the range, whichever comes first.
+//
+// Three ints and no array: it reads no table by itself, so the walk that
+// holds it decides what a slot means (read it, create its block, skip a
+// hole). The array calls below are the two ways the family reads a block.
+class BlockCursor {
+public:
+    // At position 0 of an empty range.
+    BlockCursor() = default;
+    // At `position` of the range that ends before `stop`, over blocks of
+    // 1 << shift elements. `position` may stand at `stop` (a walk's end).
+    BlockCursor(int position_, int shift_, int stop_) : position(position_), shift(shift_), stop(stop_) {}
+
+    int Position() const { return position; }
+    int Stop() const { return stop; }
+    int Shift() const { return shift; }
+    // The block length, the slot of the position's block, the offset in it,
+    // and the first position of that block.
+    int Length() const { return 1 << shift; }
+    int Slot() const { return position >> shift; }
+    int Offset() const { return position & (Length() - 1); }
+    int BlockStart() const { return position - Offset(); }
+    // Elements from here to the end of the block or to the stop.
+    int Run() const {
+        int const toBlockEnd = Length() - Offset();
+        return toBlockEnd < stop - position ? toBlockEnd : stop - position;
+    }
+    // True once the position has reached the stop.
+    bool Done() const { return position >= stop; }
+
+    // Moves to the first position of the next block, or to the stop when the
+    // range ends first. Never passes the stop, so a range that ends near the
+    // largest int does not overflow.
+    BlockCursor& NextRun() {
+        position += Run();
+        return *this;
+    }
+    // Moves to `position_` in the same range.
+    BlockCursor& MoveTo(int position_) {
+        position = position_;
+        return *this;
+    }
+
+    // The storage of the block at the position, null where the slot holds no
+    // block (a hole). A pure read: nothing is created, no count changes.
+    template <class T>
+    T* BlockData(cow_1DArray<T> const& array) const {
+        auto const* block = array.GetBlock(Slot());
+        return block != nullptr ? block->GetData() : nullptr;
+    }
+    // The same, for a position inside the array's extent, creating an absent
+    // block as the array's own const read does (PartialArrayConstGet): the
+    // new block holds the default elements that the slot stood for.
+    template <class T>
+    T const* ReadBlockData(cow_1DArray<T> const& array) const {
+        if (T const* data = BlockData(array)) return data;
+        return &array.PartialArrayConstGet(position - array.GetHeadPosition()) - Offset();
+    }
+
+private:
+    int position = 0;
+    int shift = 0;
+    int stop = 0;
+};
+}  // namespace cow_detail
+
+#endif

@@ -1,0 +1,73 @@
+#ifndef ZORVANCOW_TREE_DETAIL_COW_BTREEWALK_H
+#define ZORVANCOW_TREE_DETAIL_COW_BTREEWALK_H
+
+// The tree's walks, written once: the search by key and the in-order step.
+// The node's Find and ConstFind, the tree's lookups, cow_BtreeIterator (a
+// path of heap frames) and cow_BtreeStdIter (a path inside itself) all go
+// through these.
+
+#include <cstdint>
+
+#include "zorvancow/core/cow_Element.h"
+
+namespace cow_detail {
+// The search: from `node` down to the node holding `key`, or null. The key
+// order is cow_KeyOrder<K>. `down(node, right)` gives the child of `node` on
+// the right (true) or left side, null when there is none: through Get for a
+// writing walk, which makes it private, or through ConstGet for a reading
+// one; a walk that keeps its path records each step there.
+template <class K, class Node, class Down>
+Node* BtreeSearch(Node* node, K const& key, Down down) {
+    while (node != nullptr) {
+        std::int32_t const c = cow_KeyOrder<K>::Compare(key, node->GetKey());
+        if (c == 0) return node;
+        node = down(node, c > 0);
+    }
+    return nullptr;
+}
+
+// The in-order steps work on the path from the root to the current node,
+// kept as the iterator likes. `Path` gives:
+//   Link                    what the path holds per node; compared by identity
+//   Link Top() const        the current node's entry
+//   void Push(Link)         one step down
+//   void Pop()              one step up
+//   bool Empty() const      true when no node is left
+//   static Link Child(Link, bool right)   a child's entry, null when none
+
+// Goes down from the top along one side as far as it leads: to the smallest
+// key below (left) or the greatest (right).
+template <bool Right, class Path>
+void BtreeDescend(Path& path) {
+    while (auto next = Path::Child(path.Top(), Right)) path.Push(next);
+}
+
+// To the first key (left) or the last (right) under `root`; the path is left
+// as it was when `root` is null.
+template <bool Right, class Path>
+void BtreeEdge(Path& path, typename Path::Link root) {
+    if (root == nullptr) return;
+    path.Push(root);
+    BtreeDescend<Right>(path);
+}
+
+// To the next greater key (Forward) or the next smaller one, or to an empty
+// path past the last or the first. Needs a current node.
+template <bool Forward, class Path>
+void BtreeStep(Path& path) {
+    if (auto down = Path::Child(path.Top(), Forward)) {
+        path.Push(down);
+        BtreeDescend<!Forward>(path);
+        return;
+    }
+    // Climb while coming up from a child on the side of the step: those
+    // ancestors lie behind.
+    for (;;) {
+        auto const from = path.Top();
+        path.Pop();
+        if (path.Empty() || Path::Child(path.Top(), Forward) != from) return;
+    }
+}
+}  // namespace cow_detail
+
+#endif
