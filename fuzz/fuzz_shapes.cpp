@@ -78,8 +78,8 @@ struct State {
     MatrixModel<std::string> wordModels[kSlots];
 
     State() {
-        // A default fixed array has ten elements (numbers unset, strings and
-        // lists empty); start from sized ones so every element is known.
+        // A default fixed array has ten zero elements; start from sized ones,
+        // whose elements the models follow from the start.
         for (int s = 0; s < kSlots; ++s) {
             texts[s] = cow_FixedArray<cow_String>(0, cow_String());
             lists[s] = cow_FixedArray<Inner>(0, Inner());

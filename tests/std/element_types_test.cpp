@@ -10,6 +10,9 @@
 
 #include <algorithm>
 #include <random>
+#include <stdexcept>
+#include <type_traits>
+#include <utility>
 #include <string>
 #include <vector>
 
@@ -135,6 +138,130 @@ TEST(ElementRules, SortMovesTheLibrarysOwnValuesAsBytesAndOthersByTheirOwnMoves)
     EXPECT_GT(Probe::moves - movesBefore, 0);
     EXPECT_EQ(list.front().value, 1);
     EXPECT_EQ(list.back().value, 100);
+}
+
+// Sort keys with a tag that the order does not look at: equal keys must keep
+// the order of their tags. Tagged moves as bytes, Labelled by its own moves.
+struct Tagged {
+    int key = 0;
+    int tag = 0;
+    friend bool operator==(Tagged const& a, Tagged const& b) { return a.key == b.key; }
+    friend bool operator<(Tagged const& a, Tagged const& b) { return a.key < b.key; }
+};
+struct Labelled {
+    int key = 0;
+    std::string tag;
+    friend bool operator==(Labelled const& a, Labelled const& b) { return a.key == b.key; }
+    friend bool operator<(Labelled const& a, Labelled const& b) { return a.key < b.key; }
+};
+int TagOf(Tagged const& t) { return t.tag; }
+int TagOf(Labelled const& l) { return std::stoi(l.tag); }
+
+template <class T>
+void ExpectStableSort(int n) {
+    std::mt19937 random(static_cast<unsigned>(n));
+    std::vector<std::pair<int, int>> expected;
+    cow_List<T> list;
+    for (int i = 0; i < n; ++i) {
+        int const key = static_cast<int>(random() % 7);
+        T element;
+        element.key = key;
+        if constexpr (std::is_same<T, Tagged>::value) {
+            element.tag = i;
+        } else {
+            element.tag = std::to_string(i);
+        }
+        list.Append(element);
+        expected.emplace_back(key, i);
+    }
+    list.Sort();
+    std::stable_sort(expected.begin(), expected.end(),
+                     [](auto const& a, auto const& b) { return a.first < b.first; });
+    ASSERT_EQ(list.GetCount(), n);
+    for (int i = 0; i < n; ++i) {
+        EXPECT_EQ(list[static_cast<std::size_t>(i)].key, expected[static_cast<std::size_t>(i)].first) << n << " " << i;
+        EXPECT_EQ(TagOf(list[static_cast<std::size_t>(i)]), expected[static_cast<std::size_t>(i)].second) << n << " " << i;
+    }
+}
+
+TEST(ElementRules, SortKeepsEqualElementsInOrderWhicheverWayItMovesThem) {
+    static_assert(cow_ElementBytewise<Tagged>::value && !cow_ElementBytewise<Labelled>::value);
+    testing_support::NoLeaks noLeaks;
+    // Within one insertion run, across one merge, and across several with a
+    // short last run.
+    for (int n : {1, 16, 17, 33, 200, 1000}) {
+        ExpectStableSort<Tagged>(n);
+        ExpectStableSort<Labelled>(n);
+    }
+}
+
+// An element whose copy assignment throws on the armed call.
+struct Fragile {
+    static inline long live = 0;
+    static inline int throwIn = 0;  // the copy number that throws; 0 for none
+    int value = 0;
+    Fragile() { ++live; }
+    explicit Fragile(int v) : value(v) { ++live; }
+    Fragile(Fragile const& other) : value(other.value) { ++live; }
+    Fragile& operator=(Fragile const& other) {
+        if (throwIn != 0 && --throwIn == 0) throw std::runtime_error("copy refused");
+        value = other.value;
+        return *this;
+    }
+    ~Fragile() { --live; }
+    friend bool operator==(Fragile const& a, Fragile const& b) { return a.value == b.value; }
+};
+
+// Runs `operation` with the n-th element copy throwing, for every n until it
+// completes; each failed attempt must leave no object and no allocation behind.
+template <class Operation>
+void ExpectEveryThrowFreesTheRun(char const* name, Operation operation) {
+    for (int n = 1;; ++n) {
+        long const live = Fragile::live;
+        testing_support::NoLeaks noLeaks;
+        Fragile::throwIn = n;
+        bool threw = false;
+        try {
+            operation();
+        } catch (std::runtime_error const&) {
+            threw = true;
+        }
+        Fragile::throwIn = 0;
+        ASSERT_TRUE(n < 100) << name;
+        if (!threw) return;
+        EXPECT_EQ(Fragile::live, live) << name << ", copy " << n;
+    }
+}
+
+TEST(ElementRules, ADeepCopyWhoseElementCopyThrowsFreesWhatItMade) {
+    cow_FixedArray<Fragile> fixed(8, Fragile(3));
+    cow_2DArray<Fragile> matrix(3, 4, Fragile(4));
+    cow_1DArrayList<Fragile> list;
+    for (int i = 0; i < 20; ++i) list.Append(Fragile(i));
+
+    ExpectEveryThrowFreesTheRun("fixed array", [&fixed] {
+        cow_FixedArray<Fragile> copy = fixed;
+        copy.Get(7) = Fragile(9);
+    });
+    ExpectEveryThrowFreesTheRun("matrix", [&matrix] {
+        cow_2DArray<Fragile> copy = matrix;
+        copy.Get(2, 3) = Fragile(9);
+    });
+    ExpectEveryThrowFreesTheRun("GetCArray", [&list] {
+        int size = 0;
+        Fragile* copy = list.GetCArray(size);
+        delete[] copy;
+    });
+    // The sources were never touched.
+    EXPECT_EQ(fixed.GetShareCount(), 1);
+    EXPECT_TRUE(std::all_of(fixed.begin(), fixed.end(), [](Fragile const& f) { return f.value == 3; }));
+    EXPECT_TRUE(std::all_of(matrix.begin(), matrix.end(), [](Fragile const& f) { return f.value == 4; }));
+    for (int i = 0; i < 20; ++i) EXPECT_EQ(list.ConstGet(i).value, i);
+
+    // New runs of plain numbers are zero: the ten of a default fixed array.
+    cow_FixedArray<int> ten;
+    EXPECT_EQ(ten.size(), 10u);
+    EXPECT_TRUE(std::all_of(ten.begin(), ten.end(), [](int v) { return v == 0; }));
 }
 
 TEST(ElementRules, KeysOfEveryIntegralTypeAndStdString) {

@@ -12,11 +12,15 @@
 // that was never touched holds no block at all and reads as default elements.
 //
 // Positions are absolute: element i (counted from the first element) lies at
-// position head + i, in slot position >> shift. The size is end - head. There
-// are no bound checks; each operation states what the caller must keep.
+// position head + i, in slot position >> shift. The size is end - head. Each
+// operation states what the caller must keep; checked mode (core/cow_Check.h)
+// stops on a negative index, a negative size given to Grow, a read at or
+// past the size, and the preconditions of RemoveHead and SetFromArray.
+// Positions that would pass 2147483647 are refused in every build.
 //
 // Tables live in mem_Malloc storage (the only storage that is ever resized);
-// blocks, element storage and counters come from the global operator new.
+// blocks and counters come from the global operator new through cow_Counter,
+// and each block's elements are one run of cow_Element<T>.
 //
 // Counts are plain integers, and even a const read may create a block in a
 // shared table: arrays that share storage belong to one thread at a time.
@@ -306,16 +310,15 @@ private:
 // Blocks
 
 template <class T>
-cow_1DArrayBlock<T>::cow_1DArrayBlock(int n) : data(cow_Element<T>::NewRun(n)) {}
+cow_1DArrayBlock<T>::cow_1DArrayBlock(int n) : data(cow_Element<T>::NewRun(static_cast<std::size_t>(n))) {}
 
 template <class T>
-cow_1DArrayBlock<T>::cow_1DArrayBlock(int n, T const* src) : data(cow_Element<T>::NewRun(n)) {
-    cow_Element<T>::CopyRun(data, src, n);
-}
+cow_1DArrayBlock<T>::cow_1DArrayBlock(int n, T const* src)
+    : data(cow_Element<T>::NewRunCopy(src, static_cast<std::size_t>(n))) {}
 
 template <class T>
 cow_1DArrayBlock<T>::~cow_1DArrayBlock() {
-    delete[] data;
+    cow_Element<T>::DeleteRun(data);
 }
 
 // ---------------------------------------------------------------------------
@@ -595,7 +598,7 @@ void cow_1DArray<T>::SetFromArray(T const* src, int n) {
     for (int i = 0; i < n; i += run) {
         if (run > n - i) run = n - i;
         T* dst = &Get(i);
-        cow_Element<T>::CopyRun(dst, src + i, run);
+        cow_Element<T>::CopyRun(dst, src + i, static_cast<std::size_t>(run));
     }
 }
 

@@ -1,11 +1,11 @@
 #ifndef ZORVANCOW_CORE_COW_ELEMENT_H
 #define ZORVANCOW_CORE_COW_ELEMENT_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -18,8 +18,9 @@
 // compare and cut keys. Every family goes through this one place, so a new
 // element type needs no container code of its own.
 //
-//   cow_Element<T>          make, copy, zero and equality of elements
-//   cow_ElementBytewise<T>  whether elements may move as plain bytes (sort)
+//   cow_Element<T>          element runs (make, copy, fill, destroy), zero,
+//                           equality, and the one element sort
+//   cow_ElementBytewise<T>  whether the sort may move elements as plain bytes
 //   cow_ElementOrder<T>     the order of cow_List<T>::Sort
 //   cow_KeyOrder<K>         the key order of cow_Btree<K, V>
 //   cow_KeyBits<K>          key equality, sorted-walk order and digits of cow_Map<K, V>
@@ -63,17 +64,61 @@ inline int TextBit(char const* text, std::int64_t length, int depth) {
 }
 }  // namespace cow_detail
 
-// Whether elements of T may be moved as plain bytes, as the list sort does:
+// Whether elements of T may be moved as plain bytes, as the element sort does:
 // true for trivially copyable types and for the library's own counted values,
 // whose few words hold pointers to counted storage that a move leaves as it
-// is (each container family's header says so for its own values). Other types are moved with their own operations, with the same result.
+// is (each container family's header says so for its own values). Other
+// types are moved with their own operations, with the same result.
 // Specialise it to std::true_type only for a type that holds no pointer into
 // itself and keeps no outside record of its address.
 template <class T>
 struct cow_ElementBytewise
     : std::integral_constant<bool, std::is_trivially_copyable<T>::value || cow_detail::IsString<T>> {};
 
-// Making, copying, zeroing and comparing elements.
+namespace cow_detail {
+// The two ways the element sort moves elements. Each gives: a hold for one
+// element taken out of its slot, the element in a hold, putting a hold back,
+// moving one element or a range from slot to slot, and a scratch run of n
+// slots that frees itself.
+
+// By bytes, for cow_ElementBytewise types: a slot moved from keeps dead
+// bytes that a later move overwrites, and nothing is made or destroyed, so
+// every element ends up in exactly one slot with its counts as they were.
+template <class T>
+struct ByteMoves {
+    struct Hold {
+        alignas(T) unsigned char bytes[sizeof(T)];
+    };
+    static Hold Take(T* from) {
+        Hold hold;
+        std::memcpy(hold.bytes, static_cast<void const*>(from), sizeof(T));
+        return hold;
+    }
+    static T const& Held(Hold const& hold) { return *reinterpret_cast<T const*>(hold.bytes); }
+    static void Put(T* to, Hold const& hold) { std::memcpy(static_cast<void*>(to), hold.bytes, sizeof(T)); }
+    static void Move(T* to, T* from) { std::memcpy(static_cast<void*>(to), static_cast<void const*>(from), sizeof(T)); }
+    static void MoveRange(T* to, T* from, int n) {
+        if (n > 0) std::memcpy(static_cast<void*>(to), static_cast<void const*>(from), sizeof(T) * static_cast<std::size_t>(n));
+    }
+    // Raw storage: the slots only ever hold bytes moved in.
+    struct Scratch {
+        explicit Scratch(int n)
+            : bytes(cow_Allocate([n] { return new unsigned char[sizeof(T) * static_cast<std::size_t>(n)]; })) {}
+        ~Scratch() { delete[] bytes; }
+        Scratch(Scratch const&) = delete;
+        Scratch& operator=(Scratch const&) = delete;
+        T* Slots() { return reinterpret_cast<T*>(bytes); }
+        unsigned char* bytes;
+    };
+};
+
+// By the element's own moves, for every other type: the scratch slots are
+// live default elements, and each move is a move assignment.
+template <class T>
+struct OwnMoves;
+}  // namespace cow_detail
+
+// Making, copying, zeroing, comparing and sorting elements.
 //
 // - Plain numbers and bool: storage is zero-filled bytes and runs copy by
 //   bytes. Equality is the type's own ==, so for float and double a NaN
@@ -81,9 +126,16 @@ struct cow_ElementBytewise
 // - Strings: default elements have no header; a copy shares the text.
 //   Equality is byte equality, never the natural order.
 // - Containers (nested lists, trees, fixed arrays) and user types: default
-//   elements are default-constructed; a copy is the element's assignment
+//   elements are value-initialised; a copy is the element's assignment
 //   (for containers, counts rise one level down). Equality is the element's
 //   IsEqual where it has one, else its ==.
+//
+// Element runs. Every run of elements in the library (array blocks, list
+// buffers, shape representations, table blocks) is one array-new allocation
+// made by NewRun, NewRunCopy or NewRunFrom and freed by DeleteRun (or an
+// Owner); no family makes or deletes a run by itself. A run is handed over
+// only once it is complete: when an element's copy throws, the run made so
+// far is destroyed and freed, and the exception goes on to the caller.
 template <class T>
 struct cow_Element {
     static_assert(std::is_default_constructible<T>::value,
@@ -95,21 +147,66 @@ struct cow_Element {
     // their zero value and a byte copy is their copy.
     static constexpr bool plain = std::is_trivial<T>::value;
 
-    // Storage for n elements from array new: zero bytes for plain types,
-    // default-constructed elements otherwise.
-    static T* NewRun(int n) {
-        T* run = cow_Allocate([n] { return new T[static_cast<std::size_t>(n)]; });
-        if constexpr (plain) std::memset(static_cast<void*>(run), 0, sizeof(T) * static_cast<std::size_t>(n));
-        return run;
+    // A new run of n zero elements: zero bytes for plain types,
+    // value-initialised elements otherwise (the default constructor, after
+    // zero bytes where the type has no constructor of its own). One
+    // allocation, also for n = 0.
+    static T* NewRun(std::size_t n) {
+        return cow_Allocate([n] { return new T[n](); });
     }
 
-    // Copies n elements from src to dst, which already hold live elements.
-    static void CopyRun(T* dst, T const* src, int n) {
-        if constexpr (std::is_trivially_copyable<T>::value) {
-            if (n > 0) std::memcpy(static_cast<void*>(dst), static_cast<void const*>(src), sizeof(T) * static_cast<std::size_t>(n));
-        } else {
-            for (int i = 0; i < n; ++i) dst[i] = src[i];
+    // A new run holding copies of the n elements at src. Plain types are
+    // copied as bytes into storage that is not zeroed first.
+    static T* NewRunCopy(T const* src, std::size_t n) {
+        return Made(n, [src, n](T* run) { CopyRun(run, src, n); });
+    }
+
+    // A new run whose element i is a copy of read(i), read for i = 0, 1, ...,
+    // n - 1 in that order, once each: the way to copy a run out of storage
+    // that is not contiguous.
+    template <class Read>
+    static T* NewRunFrom(std::size_t n, Read&& read) {
+        return Made(n, [&read, n](T* run) {
+            for (std::size_t i = 0; i < n; ++i) run[i] = read(i);
+        });
+    }
+
+    // Destroys the elements of a run from one of the NewRun functions and
+    // frees it. Null does nothing.
+    static void DeleteRun(T* run) { delete[] run; }
+
+    // Owns a run until it is released, and deletes it with DeleteRun when the
+    // owner goes first (a throw on the way).
+    class Owner {
+    public:
+        explicit Owner(T* run_) : run(run_) {}
+        ~Owner() { DeleteRun(run); }
+        Owner(Owner const&) = delete;
+        Owner& operator=(Owner const&) = delete;
+        T* Get() const { return run; }
+        // Gives the run up to the caller.
+        T* Release() {
+            T* given = run;
+            run = nullptr;
+            return given;
         }
+
+    private:
+        T* run;
+    };
+
+    // Copies n elements from src to dst, which already hold live elements.
+    static void CopyRun(T* dst, T const* src, std::size_t n) {
+        if constexpr (std::is_trivially_copyable<T>::value) {
+            if (n > 0) std::memcpy(static_cast<void*>(dst), static_cast<void const*>(src), sizeof(T) * n);
+        } else {
+            for (std::size_t i = 0; i < n; ++i) dst[i] = src[i];
+        }
+    }
+
+    // Assigns `value` to the n live elements at dst, in order.
+    static void FillRun(T* dst, std::size_t n, T const& value) {
+        for (std::size_t i = 0; i < n; ++i) dst[i] = value;
     }
 
     // Writes the zero value over a slot, dropping what it referred to.
@@ -130,44 +227,100 @@ struct cow_Element {
         }
     }
 
-    // Sorts n elements in place by `compare` (negative, 0 or positive, as
-    // for qsort), stable, without moving an element as bytes: runs of 16 by
-    // insertion, then merges of neighbouring runs through a scratch buffer.
-    // Every step only picks which of two elements goes first, so the outcome
-    // is a permutation of the input whatever `compare` says.
+    // The library's one element sort: n elements in place by `compare`
+    // (called with two elements, giving negative, 0 or positive as for
+    // qsort). A stable merge sort: runs of 16 by insertion, then merges of
+    // neighbouring runs back and forth through a scratch run of n slots
+    // (none for n <= 16). Elements that may move as bytes
+    // (cow_ElementBytewise) move as bytes, the others by their own moves;
+    // the order is the same either way. Every step only picks which of two
+    // elements goes first, so the outcome is a permutation of the input
+    // whatever `compare` says, also when it is no strict order (a NaN): no
+    // index ever leaves its run.
     template <class Compare>
     static void SortRun(T* data, int n, Compare compare) {
+        using Moves = std::conditional_t<cow_ElementBytewise<T>::value, cow_detail::ByteMoves<T>, cow_detail::OwnMoves<T>>;
         int const run = 16;
         for (int lo = 0; lo < n; lo += run) {
             int const hi = lo + run < n ? lo + run : n;
             for (int i = lo + 1; i < hi; ++i) {
                 int j = i;
-                T hold = std::move(data[i]);
-                while (j > lo && compare(hold, data[j - 1]) < 0) {
-                    data[j] = std::move(data[j - 1]);
+                auto hold = Moves::Take(data + i);
+                while (j > lo && compare(Moves::Held(hold), data[j - 1]) < 0) {
+                    Moves::Move(data + j, data + j - 1);
                     --j;
                 }
-                data[j] = std::move(hold);
+                Moves::Put(data + j, hold);
             }
         }
         if (n <= run) return;
-        std::unique_ptr<T[]> scratch(new T[static_cast<std::size_t>(n)]);
+        typename Moves::Scratch scratch(n);
         T* from = data;
-        T* to = scratch.get();
+        T* to = scratch.Slots();
         for (int size = run; size < n; size *= 2) {
             for (int lo = 0; lo < n; lo += 2 * size) {
                 int const mid = lo + size < n ? lo + size : n;
                 int const hi = lo + 2 * size < n ? lo + 2 * size : n;
                 int i = lo, j = mid, k = lo;
-                while (i < mid && j < hi) to[k++] = compare(from[j], from[i]) < 0 ? std::move(from[j++]) : std::move(from[i++]);
-                while (i < mid) to[k++] = std::move(from[i++]);
-                while (j < hi) to[k++] = std::move(from[j++]);
+                while (i < mid && j < hi) {
+                    if (compare(from[j], from[i]) < 0) {
+                        Moves::Move(to + k++, from + j++);
+                    } else {
+                        Moves::Move(to + k++, from + i++);
+                    }
+                }
+                Moves::MoveRange(to + k, from + i, mid - i);
+                k += mid - i;
+                Moves::MoveRange(to + k, from + j, hi - j);
             }
             std::swap(from, to);
         }
-        if (from != data) std::move(from, from + n, data);
+        if (from != data) Moves::MoveRange(data, from, n);
+    }
+
+private:
+    // Storage for n plain elements, left unset.
+    static T* Allocate(std::size_t n) {
+        static_assert(plain, "cow_Element<T>::Allocate: only plain elements may be left unset");
+        return cow_Allocate([n] { return new T[n]; });
+    }
+    // A new run of n elements that `fill` gives their values. Plain types
+    // skip the zeroing, since `fill` writes every element. When `fill`
+    // throws, the run is deleted before the exception goes on.
+    template <class Fill>
+    static T* Made(std::size_t n, Fill&& fill) {
+        T* run;
+        if constexpr (plain) {
+            run = Allocate(n);
+        } else {
+            run = NewRun(n);
+        }
+        Owner made(run);
+        fill(made.Get());
+        return made.Release();
     }
 };
+
+namespace cow_detail {
+template <class T>
+struct OwnMoves {
+    using Hold = T;
+    static T Take(T* from) { return T(std::move(*from)); }
+    static T const& Held(T const& hold) { return hold; }
+    static void Put(T* to, T& hold) { *to = std::move(hold); }
+    static void Move(T* to, T* from) { *to = std::move(*from); }
+    static void MoveRange(T* to, T* from, int n) { std::move(from, from + n, to); }
+    // Live default elements, which the merges assign to.
+    struct Scratch {
+        explicit Scratch(int n) : run(cow_Element<T>::NewRun(static_cast<std::size_t>(n))) {}
+        ~Scratch() { cow_Element<T>::DeleteRun(run); }
+        Scratch(Scratch const&) = delete;
+        Scratch& operator=(Scratch const&) = delete;
+        T* Slots() { return run; }
+        T* run;
+    };
+};
+}  // namespace cow_detail
 
 // The order of cow_List<T>::Sort: negative, 0 or positive as `a` sorts
 // before, with or after `b`.

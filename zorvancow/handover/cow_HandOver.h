@@ -84,7 +84,7 @@ T cow_HandOver(T const& value) {
 // another thread as a pointer, so no copy of the value stays behind.
 template <class T>
 std::unique_ptr<T> cow_HandOverPtr(T const& value) {
-    return std::unique_ptr<T>(new T(cow_HandOver(value)));
+    return std::unique_ptr<T>(cow_Allocate([&value] { return new T(cow_HandOver(value)); }));
 }
 
 // Strings: a new text, or no header at all for a value that had none.
@@ -188,7 +188,8 @@ template <class T, class Cp>
 struct cow_HandOverTraits<cow_COW<T, Cp>> {
     static cow_COW<T, Cp> Copy(cow_COW<T, Cp> const& source) {
         T const* pointee = source.ConstGet();
-        return cow_COW<T, Cp>(pointee != nullptr ? new T(cow_HandOver(*pointee)) : static_cast<T*>(nullptr));
+        if (pointee == nullptr) return cow_COW<T, Cp>(static_cast<T*>(nullptr));
+        return cow_COW<T, Cp>(cow_Allocate([pointee] { return new T(cow_HandOver(*pointee)); }));
     }
 };
 

@@ -18,9 +18,12 @@
 // core/cow_Element.h): plain numbers compare with == (a NaN equals nothing, -0.0
 // equals +0.0), strings by bytes, nested lists by IsEqual.
 //
-// No index is checked, and counts are plain integers: even copying or
-// destroying a list writes one, so lists that share storage belong to one
-// thread at a time.
+// Indices and non-empty lists are the caller's duty; checked mode
+// (core/cow_Check.h) stops on a negative index, a read past the array's size
+// (the array's size, not the count), an Insert index outside 0..count, a
+// removal from an empty list, a negative Slice start and a list appended to
+// itself. Counts are plain integers: even copying or destroying a list
+// writes one, so lists that share storage belong to one thread at a time.
 //
 // Append of one element, FindFirst and IsMember are defined inline, so that
 // a caller compiles in the array's common case and the block-wise search.
@@ -104,8 +107,9 @@ public:
     // content it replaces.
     void Slice(int start, int stop, cow_1DArrayList& out) const;
     // A copy of the elements as a plain array of `size` (set to the count)
-    // elements from array new, which the caller frees with delete[]. With no
-    // elements it is an allocation of none, not null.
+    // elements from array new (an element run of cow_Element<T>), which the
+    // caller frees with delete[]. With no elements it is an allocation of
+    // none, not null.
     T* GetCArray(int& size) const;
 
     // Number of elements.
@@ -294,9 +298,9 @@ void cow_1DArrayList<T>::Slice(int start, int stop, cow_1DArrayList& out) const 
 template <class T>
 T* cow_1DArrayList<T>::GetCArray(int& size) const {
     size = count;
-    T* copy = cow_Allocate([this] { return new T[static_cast<std::size_t>(count)]; });
-    for (int i = 0; i < count; ++i) copy[i] = array.PartialArrayConstGet(i);
-    return copy;
+    return cow_Element<T>::NewRunFrom(static_cast<std::size_t>(count), [this](std::size_t i) -> T const& {
+        return array.PartialArrayConstGet(static_cast<int>(i));
+    });
 }
 
 template <class T>

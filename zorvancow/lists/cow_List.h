@@ -15,10 +15,13 @@
 // shared. Every slot from the count on holds the element's zero value.
 //
 // Element copy, equality and zero value come from cow_Element (see
-// core/cow_Element.h), as for cow_1DArrayList. No index is checked; counts are
-// plain integers, and even an equality test (which creates absent blocks) or
-// a destruction touches them, so lists that share storage belong to one
-// thread at a time.
+// core/cow_Element.h), as for cow_1DArrayList. Indices and non-empty lists
+// are the caller's duty; checked mode (core/cow_Check.h) stops on a negative
+// index, an index past the array's size on a read (the array's size, not the
+// count), an InsertAfter index outside -1..count, a removal from an empty
+// list and a list appended to itself. Counts are plain integers, and even an
+// equality test (which creates absent blocks) or a destruction touches them,
+// so lists that share storage belong to one thread at a time.
 //
 // The per-element members (Append of one element, Prepend, RemoveFirst,
 // ConstGet, Get, Position, IsMember) are defined inline, so that a caller
@@ -35,7 +38,7 @@
 #include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
-#include "zorvancow/lists/detail/cow_SortBuffer.h"
+#include "zorvancow/core/cow_Element.h"
 
 template <class T>
 class ZORVANCOW_TYPE cow_ListIter;
@@ -308,19 +311,24 @@ template <class T>
 cow_List<T>& cow_List<T>::Sort() {
     int n = count;
     if (n == 0) return *this;
-    T* buffer = cow_Allocate([n] { return new T[static_cast<std::size_t>(n)]; });
-    {
+    // The buffer is an element run (cow_Element<T>), read from a walk.
+    typename cow_Element<T>::Owner buffer([this, n] {
         cow_ListIter<T> it(*this);
-        for (int i = 0; !it.IsDone(); it.Next(), ++i) buffer[i] = it.Current();
-    }
-    // The sort moves elements as bytes. That is sound for every element type
-    // sorted here: strings are two plain words whose count a move leaves as
-    // it is, and each element ends up exactly once in the buffer.
-    cow_detail::SortBuffer(buffer, n, &SortCmp);
-    array = cow_1DArray<T>();
+        return cow_Element<T>::NewRunFrom(static_cast<std::size_t>(n), [&it](std::size_t i) -> T const& {
+            if (i != 0) it.Next();
+            return it.Current();
+        });
+    }());
+    // The library's one element sort: numbers, strings and the library's
+    // own containers move as bytes (cow_ElementBytewise), whose counts a move
+    // leaves as they are; other element types move by their own moves. Each
+    // element ends up exactly once in the buffer.
+    cow_Element<T>::SortRun(buffer.Get(), n, [](T const& a, T const& b) { return SortCmp(&a, &b); });
+    // The sorted array is complete before the old one is let go.
+    cow_1DArray<T> sorted;
+    for (int i = 0; i < n; ++i) sorted.Get(i) = buffer.Get()[i];
+    array = sorted;
     count = n;
-    for (int i = 0; i < n; ++i) array.Get(i) = buffer[i];
-    delete[] buffer;
     return *this;
 }
 

@@ -12,7 +12,8 @@
 // increment and a write copies only the nodes on its path.
 //
 // A map, its copies and its iterators that share nodes belong to one thread at
-// a time, also for reading: even the reading walks move counts.
+// a time, also for reading: the iterators and the keys and values lists hold
+// a share of the tree, so even reading through them moves counts.
 
 #include <cstddef>
 #include <cstdint>
@@ -135,9 +136,8 @@ public:
     // Releases the root; nodes that no other map or iterator holds are freed.
     ~cow_Map();
 
-    // True if `key` is held. Allocates nothing and makes nothing private; it
-    // carries a counted handle down the path, so it writes counts on the way
-    // and leaves them as they were.
+    // True if `key` is held. Allocates nothing, makes nothing private and
+    // changes no count: the walk (FindNode) reads through bare pointers.
     bool IsMember(K const& key) const;
 
     // Stores `value` under `key`. A held key keeps its key object (a string

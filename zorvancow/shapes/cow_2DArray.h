@@ -11,11 +11,14 @@
 //
 // Element (r, c) lies at data[r * columns + c], worked out in int: the
 // elements of a row are adjacent, and rows * columns must fit an int.
-// Indices are not checked: 0 <= r < GetRows() and 0 <= c < GetColumns() are
-// the caller's duty.
+// 0 <= r < GetRows() and 0 <= c < GetColumns() are the caller's duty;
+// checked mode (core/cow_Check.h) stops on an index outside them in ConstGet
+// and Get. Row(r) and the row range are not checked. A shape whose element
+// count does not fit an int is refused in every build.
 
 #include <algorithm>
 #include <climits>
+#include <cstddef>
 
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Check.h"
@@ -28,53 +31,62 @@
 // row-major order. A plain owner with deep copies; the sharing lives in the
 // handle of cow_2DArray.
 //
-// New elements of int, float and double are left unset; string elements
-// start as empty values without a text.
+// New elements are the element type's zero value: 0 for numbers, empty
+// values without a text for strings.
 template <class T>
 class cow_2DArrayRows;
 
 template <class T>
 struct ZORVANCOW_TYPE cow_2DArrayRep {
-    // A rows x columns matrix, unset for numbers. A negative extent counts as
+    // A rows x columns matrix of zero elements. A negative extent counts as
     // 0. When either extent is 0 nothing is allocated and `data` is null;
     // both extents are kept all the same.
     cow_2DArrayRep(int rows, int columns);
     // A deep copy: the same extents, a new allocation by the same rule, the
-    // elements assigned row by row (strings share their texts).
+    // elements copied row by row (strings share their texts).
     cow_2DArrayRep(cow_2DArrayRep const& source);
     // Frees the elements, if any; string elements give up their texts.
     ~cow_2DArrayRep();
 
-    // Frees its own elements and takes a deep copy of `source`, extents
-    // included, so a representation can change shape here and only here.
+    // Takes a deep copy of `source`, extents included, then frees its own
+    // elements, so a representation can change shape here and only here.
     // Assigning a representation to itself changes nothing.
     cow_2DArrayRep& operator=(cow_2DArrayRep const& source) {
         if (&source == this) return *this;
-        delete[] data;
+        T* copy = Copy(source);
+        cow_Element<T>::DeleteRun(data);
+        data = copy;
         rows = source.rows;
         columns = source.columns;
-        data = Allocate(rows, columns);
-        CopyElements(source);
         return *this;
     }
 
     int rows;     // first extent
     int columns;  // second extent, and the stride between rows
-    T* data;      // rows * columns elements from array new; null when either extent is 0
+    T* data;      // a run of rows * columns elements (cow_Element<T>); null when either extent is 0
 
 private:
-    // Refuses, in every build, a shape whose element count does not fit an
-    // int: the indexing would wrap and write outside the elements.
-    static T* Allocate(int rows, int columns) {
-        if (rows == 0 || columns == 0) return nullptr;
+    // The element count of a shape, or 0 when either extent is 0. Refuses,
+    // in every build, a shape whose element count does not fit an int: the
+    // indexing would wrap and write outside the elements.
+    static std::size_t Count(int rows, int columns) {
+        if (rows == 0 || columns == 0) return 0;
         ZORVANCOW_REQUIRE(static_cast<long long>(rows) * columns <= INT_MAX, "cow_2DArray::cow_2DArray", "rows x columns overflows int",
                           "%d x %d", rows, columns);
-        return cow_Allocate([rows, columns] { return new T[rows * columns]; });
+        return static_cast<std::size_t>(rows * columns);
     }
-    // Row by row, each row from column 0 up: one pass along memory, and for
-    // numbers one block move.
-    void CopyElements(cow_2DArrayRep const& source) {
-        if (data != nullptr) cow_Element<T>::CopyRun(data, source.data, rows * columns);
+    // Zero elements for a shape, or null when it has none.
+    static T* Allocate(int rows, int columns) {
+        std::size_t const n = Count(rows, columns);
+        return n != 0 ? cow_Element<T>::NewRun(n) : nullptr;
+    }
+    // A copy of the source's elements, row by row and each row from column 0
+    // up: one pass along memory, and for numbers one block move. Null when
+    // the source has none.
+    static T* Copy(cow_2DArrayRep const& source) {
+        return source.data != nullptr
+                   ? cow_Element<T>::NewRunCopy(source.data, Count(source.rows, source.columns))
+                   : nullptr;
     }
 };
 
@@ -147,22 +159,21 @@ cow_2DArrayRep<T>::cow_2DArrayRep(int rowCount, int columnCount)
 
 template <class T>
 cow_2DArrayRep<T>::cow_2DArrayRep(cow_2DArrayRep const& source)
-    : rows(source.rows), columns(source.columns), data(Allocate(source.rows, source.columns)) {
-    CopyElements(source);
-}
+    : rows(source.rows), columns(source.columns), data(Copy(source)) {}
 
 template <class T>
 cow_2DArrayRep<T>::~cow_2DArrayRep() {
-    delete[] data;
+    cow_Element<T>::DeleteRun(data);
 }
 
 template <class T>
 cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value)
     : rep(cow_Allocate([rows, columns] { return new cow_2DArrayRep<T>(rows, columns); })) {
     // The handle is new and private, so Get copies nothing here.
+    // Row by row, in memory order.
     cow_2DArrayRep<T>& fresh = rep.Get();
-    for (int r = 0; r < fresh.rows; ++r) {
-        for (int c = 0; c < fresh.columns; ++c) fresh.data[r * fresh.columns + c] = value;
+    if (fresh.data != nullptr) {
+        cow_Element<T>::FillRun(fresh.data, static_cast<std::size_t>(fresh.rows) * static_cast<std::size_t>(fresh.columns), value);
     }
 }
 

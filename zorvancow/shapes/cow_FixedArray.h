@@ -13,7 +13,9 @@
 //
 // Element reads go straight to the representation and touch no count, so
 // they are as cheap as indexing a plain array through one more pointer.
-// Indices are not checked: 0 <= i < GetSize() is the caller's duty.
+// 0 <= i < GetSize() is the caller's duty; checked mode (core/cow_Check.h)
+// stops on an index outside it in ConstGet, Get and the standard reads, and
+// at() refuses one in every build.
 
 #include <algorithm>
 #include <cstddef>
@@ -26,27 +28,27 @@
 #include "zorvancow/core/cow_String.h"
 #include "zorvancow/shapes/detail/cow_FixedArrayStd.h"
 
-// The representation a cow_FixedArray points at: a length and the elements
-// from array new. It is a plain owner with deep copies; the sharing lives in
-// the handle of cow_FixedArray, which copies a representation only when a
-// shared array is written.
+// The representation a cow_FixedArray points at: a length and one element
+// run (cow_Element<T>). It is a plain owner with deep copies; the sharing
+// lives in the handle of cow_FixedArray, which copies a representation only
+// when a shared array is written.
 //
-// New elements of int, float and double are left unset; string elements
-// start as empty values without a text.
+// New elements are the element type's zero value: 0 for numbers, empty
+// values without a text for strings.
 template <class T>
 struct ZORVANCOW_TYPE cow_FixedArrayRep {
-    // `length` elements, unset for numbers. A negative length counts as 0.
-    // Even 0 elements get an allocation of their own, so `data` is never null.
+    // `length` zero elements. A negative length counts as 0. Even 0 elements
+    // get an allocation of their own, so `data` is never null.
     explicit cow_FixedArrayRep(int length);
-    // A deep copy: the same length, a new allocation, each element assigned
+    // A deep copy: the same length, a new allocation, each element copied
     // in order (strings share their texts, one count more each).
     cow_FixedArrayRep(cow_FixedArrayRep const& source);
     // Frees the elements; string elements give up their texts.
     ~cow_FixedArrayRep();
 
-    // The one place where a representation changes length: frees its own
-    // elements and takes a deep copy of `source`, length included. Assigning
-    // a representation to itself changes nothing and keeps `data`.
+    // The one place where a representation changes length: takes a deep
+    // copy of `source`, length included, then frees its own elements.
+    // Assigning a representation to itself changes nothing and keeps `data`.
     cow_FixedArrayRep& operator=(cow_FixedArrayRep const& source);
 
     // Equal lengths, then equal elements in every place by
@@ -59,19 +61,14 @@ struct ZORVANCOW_TYPE cow_FixedArrayRep {
     bool operator!=(cow_FixedArrayRep const& other) const;
 
     int size;  // number of elements
-    T* data;   // `size` elements from array new, owned here
-
-private:
-    // Assigns the source's elements in order. For numbers this is one block
-    // move, as fast as copying a std::vector.
-    void CopyElements(cow_FixedArrayRep const& source) { cow_Element<T>::CopyRun(data, source.data, size); }
+    T* data;   // a run of `size` elements (cow_Element<T>), owned here
 };
 
 // A value array of fixed length with copy-on-write sharing of the whole.
 template <class T>
 class ZORVANCOW_TYPE cow_FixedArray {
 public:
-    // Ten elements, unset for numbers and empty for strings. Ten is the zero
+    // Ten zero elements: 0 for numbers, empty for strings. Ten is the zero
     // value that lists and maps of fixed arrays make for a fresh slot.
     cow_FixedArray();
     // `length` elements, each assigned `value` (strings share its text, one
@@ -151,28 +148,28 @@ private:
     cow_COW<cow_FixedArrayRep<T>, cow_Direct<cow_FixedArrayRep<T>>> rep;
 };
 
+// For numbers the copies are one block move, as fast as copying a
+// std::vector.
 template <class T>
 cow_FixedArrayRep<T>::cow_FixedArrayRep(int length)
-    : size(length < 0 ? 0 : length), data(cow_Allocate([this] { return new T[size]; })) {}
+    : size(length < 0 ? 0 : length), data(cow_Element<T>::NewRun(static_cast<std::size_t>(size))) {}
 
 template <class T>
 cow_FixedArrayRep<T>::cow_FixedArrayRep(cow_FixedArrayRep const& source)
-    : size(source.size), data(cow_Allocate([&source] { return new T[source.size]; })) {
-    CopyElements(source);
-}
+    : size(source.size), data(cow_Element<T>::NewRunCopy(source.data, static_cast<std::size_t>(source.size))) {}
 
 template <class T>
 cow_FixedArrayRep<T>::~cow_FixedArrayRep() {
-    delete[] data;
+    cow_Element<T>::DeleteRun(data);
 }
 
 template <class T>
 cow_FixedArrayRep<T>& cow_FixedArrayRep<T>::operator=(cow_FixedArrayRep const& source) {
     if (&source == this) return *this;
-    delete[] data;
+    T* copy = cow_Element<T>::NewRunCopy(source.data, static_cast<std::size_t>(source.size));
+    cow_Element<T>::DeleteRun(data);
+    data = copy;
     size = source.size;
-    data = cow_Allocate([this] { return new T[size]; });
-    CopyElements(source);
     return *this;
 }
 
@@ -198,7 +195,7 @@ cow_FixedArray<T>::cow_FixedArray(int length, T const& value)
     : rep(cow_Allocate([length] { return new cow_FixedArrayRep<T>(length); })) {
     // The handle is new and private, so Get copies nothing here.
     cow_FixedArrayRep<T>& fresh = rep.Get();
-    for (int i = 0; i < fresh.size; ++i) fresh.data[i] = value;
+    cow_Element<T>::FillRun(fresh.data, static_cast<std::size_t>(fresh.size), value);
 }
 
 template <class T>
@@ -221,7 +218,7 @@ inline cow_FixedArray<T>::cow_FixedArray(std::initializer_list<T> values)
 template <class T>
 template <class It, class>
 inline cow_FixedArray<T>::cow_FixedArray(It first, It last)
-    : rep(new cow_FixedArrayRep<T>(static_cast<int>(std::distance(first, last)))) {
+    : rep(cow_Allocate([&first, &last] { return new cow_FixedArrayRep<T>(static_cast<int>(std::distance(first, last))); })) {
     // The handle is new and private, so Get copies nothing here.
     T* data = rep.Get().data;
     for (; first != last; ++first) *data++ = *first;

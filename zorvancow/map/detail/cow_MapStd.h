@@ -68,7 +68,7 @@ public:
     // as the sorted walk's `descending`), or at the end when it is empty.
     template <class... Args>
     explicit cow_MapStdIter(cow_Map<K, V> const& map_, Args... args)
-        : snapshot(new Snapshot(map_, args...)) {}
+        : snapshot(cow_Allocate([&] { return new Snapshot(map_, args...); })) {}
     // On `node` of `map`, read in place; no snapshot until the first step.
     cow_MapStdIter(cow_Map<K, V> const& map_, cow_MapNode<K, V> const* node) : map(&map_), single(node) {}
 
@@ -96,7 +96,7 @@ public:
     cow_MapStdIter& operator++() {
         if (snapshot == nullptr) {
             // A found entry: the walk goes on from it in a snapshot of now.
-            snapshot = new Snapshot(*map);
+            snapshot = cow_Allocate([this] { return new Snapshot(*map); });
             position = snapshot->Find(single);
             single = nullptr;
             if (snapshot->At(position) == nullptr) return *this;

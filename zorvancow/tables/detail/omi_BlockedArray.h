@@ -9,10 +9,12 @@
 #include "zorvancow/core/cow_Element.h"
 
 // A sparse array indexed by an unsigned integer: a growable array of pointers
-// to element blocks of 1 << shift values each. An element block is made, with
-// default values, at the first store into its range. Reaching an element costs
-// a shift, a mask and two indexed reads. Copies are deep: every element block
-// is duplicated, and the elements are copied by their own copy assignment.
+// to element blocks of 1 << shift values each. An element block is an element
+// run (cow_Element<T>), made with zero values at the first store into its
+// range. Reaching an element costs a shift, a mask and two indexed reads.
+// Copies are deep: every element block is duplicated, and the elements are
+// copied by the element rules (bytes for numbers, their own copy assignment
+// otherwise).
 template <class T>
 class omi_BlockedArray {
 public:
@@ -40,9 +42,7 @@ public:
           blockMask(source.blockMask),
           blocks(source.blockCount != 0 ? cow_Allocate([&source] { return new T*[source.blockCount](); }) : nullptr) {
         for (unsigned int b = 0; b < blockCount; ++b) {
-            if (source.blocks[b] == nullptr) continue;
-            blocks[b] = cow_Allocate([this] { return new T[blockSize](); });
-            CopyBlock(b, source);
+            if (source.blocks[b] != nullptr) blocks[b] = cow_Element<T>::NewRunCopy(source.blocks[b], blockSize);
         }
     }
 
@@ -74,12 +74,13 @@ public:
             blockMask = source.blockMask;
         }
         for (unsigned int b = 0; b < blockCount; ++b) {
-            if (source.blocks[b] != nullptr) {
-                if (blocks[b] == nullptr) blocks[b] = cow_Allocate([this] { return new T[blockSize](); });
-                CopyBlock(b, source);
-            } else if (blocks[b] != nullptr) {
-                delete[] blocks[b];
+            if (source.blocks[b] == nullptr) {
+                cow_Element<T>::DeleteRun(blocks[b]);
                 blocks[b] = nullptr;
+            } else if (blocks[b] == nullptr) {
+                blocks[b] = cow_Element<T>::NewRunCopy(source.blocks[b], blockSize);
+            } else {
+                cow_Element<T>::CopyRun(blocks[b], source.blocks[b], blockSize);
             }
         }
         return *this;
@@ -89,7 +90,7 @@ public:
     // the next store into a range makes its block again.
     void Clear() {
         for (unsigned int b = 0; b < blockCount; ++b) {
-            delete[] blocks[b];
+            cow_Element<T>::DeleteRun(blocks[b]);
             blocks[b] = nullptr;
         }
     }
@@ -120,7 +121,7 @@ public:
                               "index %u, shift %u", index, blockShift);
             Grow(static_cast<unsigned int>(grown));
         }
-        if (blocks[b] == nullptr) blocks[b] = cow_Allocate([this] { return new T[blockSize](); });
+        if (blocks[b] == nullptr) blocks[b] = cow_Element<T>::NewRun(blockSize);
         blocks[b][index & blockMask] = value;
     }
 
@@ -161,14 +162,6 @@ public:
     bool HasElementBlock(unsigned int b) const { return b < blockCount && blocks[b] != nullptr; }
 
 private:
-    void CopyBlock(unsigned int b, omi_BlockedArray const& source) {
-        // The element rules count in int; a block of 2^31 goes in two runs.
-        for (unsigned int at = 0; at < blockSize; at += 1u << 30) {
-            unsigned int run = blockSize - at < (1u << 30) ? blockSize - at : 1u << 30;
-            cow_Element<T>::CopyRun(blocks[b] + at, source.blocks[b] + at, static_cast<int>(run));
-        }
-    }
-
     unsigned int growBy;
     unsigned int blockCount;
     unsigned int blockSize;
