@@ -18,6 +18,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <utility>
@@ -164,6 +165,40 @@ struct Snapshots {
         held.emplace_back(std::make_unique<Iterator>(value), model);
     }
 };
+
+// Walks `it` from the first or the last entry, turning where the input
+// says, beside the same walk over the model; `same(it, entry)` checks one
+// entry. Tree iterators step back with Previous, table iterators with Prev.
+template <class Iterator>
+auto Back(Iterator& it) -> decltype(it.Previous(), void()) {
+    it.Previous();
+}
+template <class Iterator>
+auto Back(Iterator& it) -> decltype(it.Prev(), void()) {
+    it.Prev();
+}
+template <class Iterator, class Model, class Same>
+void Wander(Iterator&& it, Model const& model, Input& in, Same same) {
+    auto at = model.begin();
+    if (in.Below(2) == 0) {
+        it.First();
+    } else {
+        it.Last();
+        at = model.empty() ? model.end() : std::prev(model.end());
+    }
+    for (int steps = in.Below(40); steps > 0; --steps) {
+        FUZZ_CHECK(it.IsDone() == (at == model.end()));
+        if (it.IsDone()) break;
+        FUZZ_CHECK(same(it, *at));
+        if (in.Below(2) == 0) {
+            it.Next();
+            ++at;
+        } else {
+            Back(it);
+            at = at == model.begin() ? model.end() : std::prev(at);
+        }
+    }
+}
 
 // The library is started once per process and never stopped: no container
 // operation depends on that state.

@@ -115,8 +115,8 @@ struct Lists {
         FUZZ_TRACE("step %d: kind %d, value %d (from %d)\n", CurrentStep(), kind, a, b);
         switch (kind) {
             case 0: ArrayStep(in, a, b); break;
-            case 1: ListStep(in, a, b); break;
-            case 2: FlatStep(in, a, b); break;
+            case 1: SequenceStep(lists, listModels, listWalks, in, a, b); break;
+            case 2: SequenceStep(flats, flatModels, flatWalks, in, a, b); break;
             default: NestedStep(in, a, b); break;
         }
     }
@@ -206,191 +206,119 @@ struct Lists {
         }
     }
 
-    void ListStep(Input& in, int a, int b) {
-        cow_List<T>& list = lists[a];
-        std::deque<int>& model = listModels[a];
-        int const count = static_cast<int>(model.size()), value = in.Below(40);
-        bool const full = count >= kMaxCount;
+    // The operations both kinds of list have (cow_List names some of them
+    // differently); the rest go to Special.
+    template <class List, class Model, class Walks>
+    void SequenceStep(List (&values)[kSlots], Model (&models)[kSlots], Walks& walks, Input& in, int a, int b) {
+        List& list = values[a];
+        Model& model = models[a];
+        int const count = static_cast<int>(model.size()), value = in.Below(40) + 1, op = in.Below(16);
+        bool const full = count >= kMaxCount || count + static_cast<int>(models[b].size()) > kMaxCount;
         T const element = Make<T>(value);
-        switch (in.Below(16)) {
-            case 0:
-                if (full) break;
-                list.Append(element);
-                model.push_back(value);
-                break;
-            case 1:
-                if (full) break;
-                list.Prepend(element);
-                model.push_front(value);
-                break;
-            case 2: {
-                if (full) break;
-                int const after = in.Below(count + 2) - 1;  // -1 to count
-                list.InsertAfter(after, element);
-                model.insert(model.begin() + std::min(after + 1, count), value);
-                break;
-            }
-            case 3: {
-                if (count == 0) break;
-                int const at = in.Below(count + 3);  // at or past the count removes the last
+        if (op == 0 && !full) {
+            list.Append(element);
+            model.push_back(value);
+        } else if (op == 1 && !full) {  // at the count or one past it appends
+            int const at = in.Below(count + 2);
+            if constexpr (std::is_same<List, cow_List<T>>::value)
+                list.InsertAfter(at - 1, element);
+            else
+                FUZZ_CHECK(list.Insert(std::min(at, count), element));
+            model.insert(model.begin() + std::min(at, count), value);
+        } else if (op == 2 && count > 0) {  // at or past the count removes the last
+            int const at = in.Below(count + 3);
+            if constexpr (std::is_same<List, cow_List<T>>::value)
                 list.RemoveIndex(at);
-                model.erase(model.begin() + std::min(at, count - 1));
-                break;
-            }
-            case 4:
-                if (count == 0) break;
-                list.RemoveFirst();
-                model.pop_front();
-                break;
-            case 5:
-                if (count == 0) break;
-                list.RemoveLast();
-                model.pop_back();
-                break;
-            case 6:
-                if (count == 0) break;
-                {
-                    int const i = in.Below(count);
-                    list.Get(i) = element;
-                    model[static_cast<std::size_t>(i)] = value;
-                }
-                break;
-            case 7: {
-                int const at = FirstIndex(model, value);
-                FUZZ_CHECK(list.Position(element) == at);
-                FUZZ_CHECK(list.IsMember(element) == (at >= 0));
-                list.Remove(element);
-                if (at >= 0) model.erase(model.begin() + at);
-                break;
-            }
-            case 8:
-                if (full) break;
-                list.AppendUnlessMember(element);
-                if (FirstIndex(model, value) < 0) model.push_back(value);
-                break;
-            case 9:
-                FUZZ_CHECK(list.IsEqual(lists[b]) == (model == listModels[b]));
-                break;
-            case 10:
-                list.Sort();
-                std::sort(model.begin(), model.end());
-                break;
-            case 11: {
-                std::deque<int> expected;
-                for (int v : model)
-                    if (FirstIndex(listModels[b], v) < 0) expected.push_back(v);
-                CheckList(list - lists[b], expected);
-                break;
-            }
-            case 12:
-                if (a == b || count + static_cast<int>(listModels[b].size()) > kMaxCount) break;
-                list.Append(lists[b]);
-                model.insert(model.end(), listModels[b].begin(), listModels[b].end());
-                break;
-            case 13:
-                list.Clear();
-                model.clear();
-                break;
-            case 14:
-                list = lists[b];
-                model = listModels[b];
-                break;
-            default:
-                listWalks.Take(in, list, model);
+            else
+                FUZZ_CHECK(list.Remove(at));
+            model.erase(model.begin() + std::min(at, count - 1));
+        } else if (op == 3 && count > 0) {
+            int const i = in.Below(count);
+            list.Get(i) = element;
+            model[static_cast<std::size_t>(i)] = value;
+        } else if (op == 4 && !full) {
+            list.AppendUnlessMember(element);
+            if (FirstIndex(model, value) < 0) model.push_back(value);
+        } else if (op == 5 && !full && a != b) {
+            list.Append(values[b]);
+            model.insert(model.end(), models[b].begin(), models[b].end());
+        } else if (op == 6) {
+            FUZZ_CHECK(list.IsEqual(values[b]) == (model == models[b]));
+        } else if (op == 7) {
+            list = values[b];
+            model = models[b];
+        } else if (op == 8) {
+            walks.Take(in, list, model);
+        } else if (op > 8) {
+            Special(list, model, in, op, value, b);
         }
     }
 
-    void FlatStep(Input& in, int a, int b) {
-        Inner& list = flats[a];
-        std::vector<int>& model = flatModels[a];
-        int const count = static_cast<int>(model.size()), value = in.Below(40) + 1;
-        bool const full = count >= kMaxCount;
+    void Special(cow_List<T>& list, std::deque<int>& model, Input&, int op, int value, int b) {
         T const element = Make<T>(value);
-        switch (in.Below(13)) {
-            case 0:
-                if (full) break;
-                list.Append(element);
-                model.push_back(value);
-                break;
-            case 1: {
-                if (full) break;
-                int const at = in.Below(count + 1);
-                FUZZ_CHECK(list.Insert(at, element));
-                model.insert(model.begin() + at, value);
-                break;
-            }
-            case 2: {
-                if (count == 0) break;
-                int const at = in.Below(count + 3);
-                FUZZ_CHECK(list.Remove(at));
-                model.erase(model.begin() + std::min(at, count - 1));
-                break;
-            }
-            case 3:
-                if (count == 0) break;
-                FUZZ_CHECK(Number(list.Pop()) == model.back());
-                model.pop_back();
-                break;
-            case 4: {
-                int const first = FirstIndex(model, value);
-                auto last = std::find(model.rbegin(), model.rend(), value);
-                FUZZ_CHECK(list.FindFirst(element) == (first < 0 ? count : first));
-                FUZZ_CHECK(list.FindLast(element) == (last == model.rend() ? count : static_cast<int>(model.rend() - last) - 1));
-                FUZZ_CHECK(list.IsMember(element) == (first >= 0));
-                list.RemoveMember(element);
-                if (first >= 0) model.erase(model.begin() + first);
-                break;
-            }
-            case 5:
-                if (full) break;
-                list.AppendUnlessMember(element);
-                if (FirstIndex(model, value) < 0) model.push_back(value);
-                break;
-            case 6:
-                if (count == 0) break;
-                {
-                    int const i = in.Below(count);
-                    list.Get(i) = element;
-                    model[static_cast<std::size_t>(i)] = value;
-                }
-                break;
-            case 7: {
-                int const start = in.Below(count + 2), stop = in.Below(count + 4);
-                std::vector<int> expected;
-                for (int i = start; i < std::min(stop, count); ++i) expected.push_back(model[static_cast<std::size_t>(i)]);
-                CheckList(list.Slice(start, stop), expected);
-                // Into a value that shares storage with another slot.
-                flats[b].Slice(start, stop, list);
-                std::vector<int> const source = flatModels[b];
-                model.clear();
-                for (int i = start; i < std::min(stop, static_cast<int>(source.size())); ++i)
-                    model.push_back(source[static_cast<std::size_t>(i)]);
-                break;
-            }
-            case 8: {
-                int size = -1;
-                T* copy = list.GetCArray(size);
-                FUZZ_CHECK(size == count);
-                for (int i = 0; i < size; ++i) FUZZ_CHECK(Number(copy[i]) == model[static_cast<std::size_t>(i)]);
-                delete[] copy;
-                break;
-            }
-            case 9:
-                if (a == b || count + static_cast<int>(flatModels[b].size()) > kMaxCount) break;
-                list.Append(flats[b]);
-                model.insert(model.end(), flatModels[b].begin(), flatModels[b].end());
-                break;
-            case 10:
-                FUZZ_CHECK(list.IsEqual(flats[b]) == (model == flatModels[b]));
-                list.ClearAll();
-                model.clear();
-                break;
-            case 11:
-                list = flats[b];
-                model = flatModels[b];
-                break;
-            default:
-                flatWalks.Take(in, list, model);
+        bool const empty = model.empty();
+        if (op == 9 && model.size() < kMaxCount) {
+            list.Prepend(element);
+            model.push_front(value);
+        } else if (op == 10 && !empty) {
+            list.RemoveFirst();
+            model.pop_front();
+        } else if (op == 11 && !empty) {
+            list.RemoveLast();
+            model.pop_back();
+        } else if (op == 12) {
+            int const at = FirstIndex(model, value);
+            FUZZ_CHECK(list.Position(element) == at && list.IsMember(element) == (at >= 0));
+            list.Remove(element);
+            if (at >= 0) model.erase(model.begin() + at);
+        } else if (op == 13) {
+            list.Sort();
+            std::sort(model.begin(), model.end());
+        } else if (op == 14) {
+            std::deque<int> expected;
+            for (int v : model)
+                if (FirstIndex(listModels[b], v) < 0) expected.push_back(v);
+            CheckList(list - lists[b], expected);
+        } else if (op == 15) {
+            list.Clear();
+            model.clear();
+        }
+    }
+
+    void Special(Inner& list, std::vector<int>& model, Input& in, int op, int value, int b) {
+        int const count = static_cast<int>(model.size());
+        if (op == 9 && count > 0) {
+            FUZZ_CHECK(Number(list.Pop()) == model.back());
+            model.pop_back();
+        } else if (op == 10) {
+            T const element = Make<T>(value);
+            int const first = FirstIndex(model, value);
+            auto last = std::find(model.rbegin(), model.rend(), value);
+            FUZZ_CHECK(list.FindFirst(element) == (first < 0 ? count : first));
+            FUZZ_CHECK(list.FindLast(element) == (last == model.rend() ? count : static_cast<int>(model.rend() - last) - 1));
+            FUZZ_CHECK(list.IsMember(element) == (first >= 0));
+            list.RemoveMember(element);
+            if (first >= 0) model.erase(model.begin() + first);
+        } else if (op == 11) {
+            int const start = in.Below(count + 2), stop = in.Below(count + 4);
+            std::vector<int> expected;
+            for (int i = start; i < std::min(stop, count); ++i) expected.push_back(model[static_cast<std::size_t>(i)]);
+            CheckList(list.Slice(start, stop), expected);
+            // Into a value that shares storage with another slot.
+            flats[b].Slice(start, stop, list);
+            std::vector<int> const source = flatModels[b];
+            model.clear();
+            for (int i = start; i < std::min(stop, static_cast<int>(source.size())); ++i)
+                model.push_back(source[static_cast<std::size_t>(i)]);
+        } else if (op == 12) {
+            int size = -1;
+            T* copy = list.GetCArray(size);
+            FUZZ_CHECK(size == count);
+            for (int i = 0; i < size; ++i) FUZZ_CHECK(Number(copy[i]) == model[static_cast<std::size_t>(i)]);
+            delete[] copy;
+        } else if (op == 13) {
+            list.ClearAll();
+            model.clear();
         }
     }
 

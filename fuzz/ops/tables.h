@@ -113,30 +113,6 @@ struct Tables {
         return l->key < r->key ? -1 : l->key == r->key ? 0 : 1;
     }
 
-    // A plain walk with a change of direction at random points.
-    static void Wander(Uint const& table, UintModel const& model, Input& in) {
-        UintIterator it(table);
-        auto at = model.begin();
-        if (in.Below(2) == 0) {
-            it.First();
-        } else {
-            it.Last();
-            at = model.empty() ? model.end() : std::prev(model.end());
-        }
-        for (int steps = in.Below(40); steps > 0; --steps) {
-            FUZZ_CHECK(it.IsDone() == (at == model.end()));
-            if (it.IsDone()) break;
-            FUZZ_CHECK(it.CurrentKey() == at->first && Number(it.CurrentValue()) == at->second);
-            if (in.Below(2) == 0) {
-                it.Next();
-                ++at;
-            } else {
-                it.Prev();
-                at = at == model.begin() ? model.end() : std::prev(at);
-            }
-        }
-    }
-
     static void SortedWalk(Uint const& table, UintModel const& model) {
         std::vector<std::pair<int, unsigned int>> order;
         for (auto const& [key, value] : model) order.emplace_back(value, key);
@@ -227,7 +203,9 @@ struct Tables {
                     }
                     break;
                 default:
-                    Wander(table, model, in);
+                    Wander(UintIterator(table), model, in, [](UintIterator& it, auto const& entry) {
+                        return it.CurrentKey() == entry.first && Number(it.CurrentValue()) == entry.second;
+                    });
             }
         }
     }

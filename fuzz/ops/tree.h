@@ -135,30 +135,6 @@ struct Trees {
         }
     }
 
-    // Walks with direction changes at random points, against the model.
-    static void Wander(Outer const& tree, OuterModel const& model, Input& in) {
-        cow_BtreeIterator<cow_String, Inner> it(tree);
-        auto at = model.begin();
-        if (in.Below(2) == 0) {
-            it.First();
-        } else {
-            it.Last();
-            at = model.empty() ? model.end() : std::prev(model.end());
-        }
-        for (int steps = in.Below(40); !it.IsDone() && steps > 0; --steps) {
-            FUZZ_CHECK(at != model.end() && at->first == it.CurrentKey().GetCString());
-            FUZZ_CHECK(it.CurrentValue().GetCount() == static_cast<int>(at->second.size()));
-            if (in.Below(2) == 0) {
-                it.Next();
-                ++at;
-            } else {
-                it.Previous();
-                at = at == model.begin() ? model.end() : std::prev(at);
-            }
-            FUZZ_CHECK(it.IsDone() == (at == model.end()));
-        }
-    }
-
     void Step(Input& in) {
         int const a = in.Below(kSlots), b = in.Below(kSlots);
         Outer& tree = trees[a];
@@ -210,7 +186,10 @@ struct Trees {
                 break;
             }
             case 6:
-                Wander(tree, model, in);
+                Wander(cow_BtreeIterator<cow_String, Inner>(tree), model, in, [](auto& it, auto const& entry) {
+                    return entry.first == it.CurrentKey().GetCString() &&
+                           it.CurrentValue().GetCount() == static_cast<int>(entry.second.size());
+                });
                 break;
             case 7: {
                 cow_List<cow_String> keys = cow_BtreeUtils<cow_String, Inner>::cow_Keys(tree);
