@@ -1,0 +1,255 @@
+#ifndef ZORVANCOW_FUZZ_OPS_SUPPORT_H
+#define ZORVANCOW_FUZZ_OPS_SUPPORT_H
+
+// What every operation interpreter shares. An interpreter decodes a byte
+// stream into operations on several values of one family that share storage
+// through copies and snapshots, runs each on a standard-library model of
+// every value as well, and after each step checks every value against its
+// model. The libFuzzer targets and the test suite run the same streams:
+//
+//   Input          turns bytes into small choices; past the end every read is 0
+//   FUZZ_CHECK     a failed check: one line naming the step, then abort(), or
+//                  whatever handler the caller installed (the tests throw)
+//   Element<T>     the element types a stream runs with, made from a number
+//   Run<State>     the frame: the stream's first byte picks the element type,
+//                  and at the end the stand-ins' live counters must be back
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "zorvancow/core/cow_Lifecycle.h"
+#include "zorvancow/core/cow_String.h"
+#include "zorvanmem/mem_Heap.h"
+#include "zorvanstr/atr_String.h"
+
+namespace fuzz {
+
+// Where a failed check goes. Left null, the line goes to standard error and
+// the run aborts, so that libFuzzer records the input and ASan prints the
+// stack; the test suite installs a handler that throws instead.
+using FailureHandler = void (*)(std::string const& line);
+inline FailureHandler& OnFailure() {
+    static FailureHandler handler = nullptr;
+    return handler;
+}
+inline int& CurrentStep() {
+    static int step = 0;
+    return step;
+}
+
+[[noreturn]] inline void Fail(char const* file, int line, char const* what) {
+    std::string const text = std::string(file) + ":" + std::to_string(line) + ": model mismatch at step " +
+                             std::to_string(CurrentStep()) + ": " + what;
+    if (OnFailure() != nullptr) OnFailure()(text);
+    std::fprintf(stderr, "%s\n", text.c_str());
+    std::abort();
+}
+
+#define FUZZ_CHECK(condition)                                           \
+    do {                                                                \
+        if (!(condition)) fuzz::Fail(__FILE__, __LINE__, #condition);   \
+    } while (false)
+
+// With FUZZ_TRACE set in the environment, each interpreter names every
+// operation it makes on standard error: the way to read a saved input.
+inline bool Tracing() {
+    static bool const on = std::getenv("FUZZ_TRACE") != nullptr;
+    return on;
+}
+#define FUZZ_TRACE(...)                                         \
+    do {                                                        \
+        if (fuzz::Tracing()) std::fprintf(stderr, __VA_ARGS__); \
+    } while (false)
+
+// Reads the input front to back. Once the bytes run out every read gives 0,
+// so a decoder never has to test for the end in the middle of an operation.
+class Input {
+public:
+    Input(std::uint8_t const* data, std::size_t size) : data(data), size(size) {}
+
+    bool Done() const { return used >= size; }
+    std::uint8_t Byte() { return used < size ? data[used++] : 0; }
+    // A number in [0, n), n at least 1.
+    int Below(int n) {
+        unsigned int const wide = static_cast<unsigned int>(Byte()) << 8 | Byte();
+        return static_cast<int>(wide % static_cast<unsigned int>(n));
+    }
+    std::uint32_t Word() {
+        std::uint32_t word = 0;
+        for (int i = 0; i < 4; ++i) word = word << 8 | Byte();
+        return word;
+    }
+
+private:
+    std::uint8_t const* data;
+    std::size_t size;
+    std::size_t used = 0;
+};
+
+// A few short texts whose lowest bits coincide in many ways, so that string
+// maps and trees get deep paths and close keys without growing without end.
+inline std::string PickText(Input& in) {
+    static char const letters[] = {'a', 'b', 'q', '1', '2', 'B'};
+    int const length = in.Below(4);
+    std::string text;
+    for (int i = 0; i < length; ++i) text += letters[in.Below(sizeof letters)];
+    return text;
+}
+
+// The element types a stream runs with. Each element is made from a number
+// n >= 0 and read back to it, so every model holds plain numbers and shares
+// nothing with the values it checks. 0 makes the zero element (what a slot
+// that was never written holds), and the numbers order as their elements do,
+// in every order the library uses (texts are of one length, so natural and
+// byte order agree). Another element type needs only its own Element<T>.
+inline std::string NumberText(int n) { return n == 0 ? std::string() : "v" + std::to_string(100000 + n); }
+inline int TextNumber(char const* text) { return *text == 0 ? 0 : std::atoi(text + 1) - 100000; }
+
+template <class T>
+struct Element;
+template <>
+struct Element<int> {
+    static int Make(int n) { return n; }
+    static int Number(int value) { return value; }
+};
+template <>
+struct Element<cow_String> {
+    static cow_String Make(int n) { return n == 0 ? cow_String() : cow_String(NumberText(n).c_str()); }
+    static int Number(cow_String const& value) { return TextNumber(value.GetCString()); }
+};
+template <>
+struct Element<std::string> {
+    static std::string Make(int n) { return NumberText(n); }
+    static int Number(std::string const& value) { return TextNumber(value.c_str()); }
+};
+template <class T>
+T Make(int n) {
+    return Element<T>::Make(n);
+}
+template <class T>
+int Number(T const& value) {
+    return Element<T>::Number(value);
+}
+
+// An element against its number, and a sequence (anything with GetCount
+// and ConstGet, nested ones too) against its model.
+template <class T>
+bool Same(T const& value, int number) {
+    return Number(value) == number;
+}
+template <class Sequence, class Model, class = decltype(std::declval<Model const&>().size())>
+bool Same(Sequence const& value, Model const& model) {
+    if (value.GetCount() != static_cast<int>(model.size())) return false;
+    for (int i = 0; i < value.GetCount(); ++i)
+        if (!Same(value.ConstGet(i), model[static_cast<std::size_t>(i)])) return false;
+    return true;
+}
+
+// Iterators held across steps, each beside the model of its value when it
+// was taken: walked after every step, it must still show that value. With
+// `most` held, taking one more drops one the input picks.
+template <class Iterator, class Model>
+struct Snapshots {
+    std::vector<std::pair<std::unique_ptr<Iterator>, Model>> held;
+
+    template <class Value>
+    void Take(Input& in, Value const& value, Model const& model, int most = 4) {
+        if (static_cast<int>(held.size()) >= most) held.erase(held.begin() + in.Below(most));
+        held.emplace_back(std::make_unique<Iterator>(value), model);
+    }
+};
+
+// Walks `it` from the first or the last entry, turning where the input
+// says, beside the same walk over the model; `same(it, entry)` checks one
+// entry. Tree iterators step back with Previous, table iterators with Prev.
+template <class Iterator>
+auto Back(Iterator& it) -> decltype(it.Previous(), void()) {
+    it.Previous();
+}
+template <class Iterator>
+auto Back(Iterator& it) -> decltype(it.Prev(), void()) {
+    it.Prev();
+}
+template <class Iterator, class Model, class Same>
+void Wander(Iterator&& it, Model const& model, Input& in, Same same) {
+    auto at = model.begin();
+    if (in.Below(2) == 0) {
+        it.First();
+    } else {
+        it.Last();
+        at = model.empty() ? model.end() : std::prev(model.end());
+    }
+    for (int steps = in.Below(40); steps > 0; --steps) {
+        FUZZ_CHECK(it.IsDone() == (at == model.end()));
+        if (it.IsDone()) break;
+        FUZZ_CHECK(same(it, *at));
+        if (in.Below(2) == 0) {
+            it.Next();
+            ++at;
+        } else {
+            Back(it);
+            at = at == model.begin() ? model.end() : std::prev(at);
+        }
+    }
+}
+
+// The library is started once per process and never stopped: no container
+// operation depends on that state.
+inline void StartLibrary() {
+    static int started = 0;
+    if (started == 0) cow_initialize(started);
+}
+
+// Does nothing after a step: the default of Run's hook.
+struct NoHook {
+    template <class State>
+    void operator()(State&) const {}
+};
+
+// One stream through the family `State`: its first byte picks the element
+// type, the rest is operations, up to State's step limit. After each step
+// every value is checked against its model, then `after(state)` runs (a
+// later check can hook in there). Once every value is gone, the stand-ins'
+// live counters must be where they were.
+template <template <class> class State, class After = NoHook>
+void Run(std::uint8_t const* data, std::size_t size, After after = {}) {
+    Input in(data, size);
+    long const blocks = mem_GetLiveBlocks(), texts = atr_GetLiveTexts();
+    auto run = [&](auto element) {
+        State<decltype(element)> state;
+        for (CurrentStep() = 0; CurrentStep() < state.kSteps && !in.Done(); ++CurrentStep()) {
+            state.Step(in);
+            state.CheckAll();
+            after(state);
+        }
+    };
+    switch (in.Byte() % 3) {
+        case 0: run(int()); break;
+        case 1: run(cow_String()); break;
+        default: run(std::string()); break;
+    }
+    FUZZ_CHECK(mem_GetLiveBlocks() == blocks && atr_GetLiveTexts() == texts);
+}
+
+}  // namespace fuzz
+
+// The libFuzzer entry points of a target: the library started once, and
+// each input handed to `run`.
+#define ZORVANCOW_FUZZ_TARGET(run)                                                      \
+    extern "C" int LLVMFuzzerInitialize(int*, char***) {                                \
+        fuzz::StartLibrary();                                                           \
+        return 0;                                                                       \
+    }                                                                                   \
+    extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) { \
+        run(data, size);                                                                \
+        return 0;                                                                       \
+    }
+
+#endif

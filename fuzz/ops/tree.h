@@ -1,0 +1,218 @@
+#ifndef ZORVANCOW_FUZZ_OPS_TREE_H
+#define ZORVANCOW_FUZZ_OPS_TREE_H
+
+// The operation interpreter of trees: trees of trees (text keys, each value
+// a tree from int to the element type), four of them sharing nodes through
+// copies, heap copies and values handed from one tree to another. After
+// every operation each tree is compared with a std::map of std::maps,
+// walked both ways, and its shape is checked: keys in order, no stored depth
+// below the exact one.
+
+#include <iterator>
+#include <map>
+#include <string>
+
+#include "ops/Support.h"
+#include "zorvancow/tree/cow_Btree.h"
+
+namespace fuzz::tree {
+
+constexpr int kSlots = 4;
+constexpr int kMaxInner = 32;
+constexpr std::size_t kMaxOuter = 48;
+
+using InnerModel = std::map<int, int>;
+using OuterModel = std::map<std::string, InnerModel>;
+
+inline int ModelKey(int key) { return key; }
+inline std::string ModelKey(cow_String const& key) { return key.GetCString(); }
+
+// Inner keys stay far inside the 2^31 span that integer keys of one tree
+// must keep.
+inline int PickInnerKey(Input& in) {
+    if (in.Below(8) != 0) return in.Below(200) - 100;
+    return static_cast<int>(in.Word() >> 3) - (1 << 28);
+}
+
+// A present key most of the time, so that removals with two children and
+// successor moves are common.
+template <class Model, class Key>
+Key NearKey(Model const& model, Key key, Input& in) {
+    if (model.empty() || in.Below(4) == 0) return key;
+    auto at = model.lower_bound(key);
+    return at == model.end() ? model.begin()->first : at->first;
+}
+
+// Checks key order and stored depths below `link` (keys read as the model
+// orders them); returns the exact height, -1 for an empty subtree.
+template <class Handle, class Key>
+int CheckShape(Handle const* link, Key const* low, Key const* high) {
+    if (link == nullptr) return -1;
+    auto const* node = link->ConstGet();
+    FUZZ_CHECK(node != nullptr);
+    Key const key(ModelKey(node->GetKey()));
+    FUZZ_CHECK((low == nullptr || *low < key) && (high == nullptr || key < *high));
+    int const l = CheckShape(node->GetLeft(), low, &key);
+    int const r = CheckShape(node->GetRight(), &key, high);
+    int const exact = 1 + (l > r ? l : r);
+    FUZZ_CHECK(exact == 0 ? node->GetMaxDepth() == 0 : node->GetMaxDepth() >= exact);
+    return exact;
+}
+
+template <class T>
+struct Trees {
+    static constexpr int kSteps = 2000;
+    using Inner = cow_Btree<int, T>;
+    using Outer = cow_Btree<cow_String, Inner>;
+
+    Outer trees[kSlots];
+    OuterModel models[kSlots];
+
+    static bool Same(Inner const& tree, InnerModel const& model) {
+        FUZZ_CHECK(tree.GetCount() == static_cast<int>(model.size()) && (tree.GetRoot() == nullptr) == model.empty());
+        cow_BtreeIterator<int, T> it(tree);
+        auto expected = model.begin();
+        for (it.First(); !it.IsDone(); it.Next(), ++expected)
+            FUZZ_CHECK(expected != model.end() && it.CurrentKey() == expected->first &&
+                       Number(it.CurrentValue()) == expected->second);
+        FUZZ_CHECK(expected == model.end());
+        CheckShape<typename Inner::Handle, int>(tree.GetRoot(), nullptr, nullptr);
+        return true;
+    }
+
+    // Both walks, every inner tree, and the shape.
+    static void Check(Outer const& tree, OuterModel const& model) {
+        FUZZ_CHECK(tree.GetCount() == static_cast<int>(model.size()) && (tree.GetRoot() == nullptr) == model.empty());
+        cow_BtreeIterator<cow_String, Inner> it(tree);
+        auto expected = model.begin();
+        for (it.First(); !it.IsDone(); it.Next(), ++expected)
+            FUZZ_CHECK(expected != model.end() && expected->first == it.CurrentKey().GetCString() &&
+                       Same(it.CurrentValue(), expected->second));
+        FUZZ_CHECK(expected == model.end());
+        auto back = model.rbegin();
+        for (it.Last(); !it.IsDone(); it.Previous(), ++back)
+            FUZZ_CHECK(back != model.rend() && back->first == it.CurrentKey().GetCString());
+        FUZZ_CHECK(back == model.rend());
+        CheckShape<typename Outer::Handle, std::string>(tree.GetRoot(), nullptr, nullptr);
+    }
+
+    void CheckAll() {
+        for (int s = 0; s < kSlots; ++s) Check(trees[s], models[s]);
+    }
+
+    static Inner MakeInner(Input& in, InnerModel& model) {
+        Inner tree;
+        for (int n = in.Below(12); n > 0; --n) {
+            int const key = PickInnerKey(in), value = in.Below(1000);
+            FUZZ_CHECK(tree.InsertUnlessMember(key, Make<T>(value)) == model.emplace(key, value).second);
+        }
+        return tree;
+    }
+
+    // Writes through one inner tree reached by Get: the change must stay in it.
+    static void EditInner(Inner& tree, InnerModel& model, Input& in) {
+        int const key = PickInnerKey(in), value = in.Below(1000);
+        switch (in.Below(4)) {
+            case 0:
+                if (static_cast<int>(model.size()) >= kMaxInner) break;
+                FUZZ_CHECK(tree.InsertUnlessMember(key, Make<T>(value)) == model.emplace(key, value).second);
+                break;
+            case 1: {
+                int const target = NearKey(model, key, in);
+                FUZZ_CHECK(tree.Remove(target) == (model.erase(target) == 1));
+                break;
+            }
+            case 2: {
+                T* found = tree.Get(key);
+                auto at = model.find(key);
+                FUZZ_CHECK((found != nullptr) == (at != model.end()));
+                if (found != nullptr) *found = Make<T>(at->second = value);
+                break;
+            }
+            default:
+                FUZZ_CHECK(tree.IsMember(key) == (model.count(key) == 1));
+                FUZZ_CHECK(Number(tree.ConstGet(key)) == (model.count(key) == 1 ? model.at(key) : 0));
+        }
+    }
+
+    void Step(Input& in) {
+        int const a = in.Below(kSlots), b = in.Below(kSlots);
+        Outer& tree = trees[a];
+        OuterModel& model = models[a];
+        std::string const text = PickText(in);
+        cow_String const key(text.c_str());
+        int const op = in.Below(9);
+        FUZZ_TRACE("step %d: tree %d (from %d): op %d, key \"%s\"\n", CurrentStep(), a, b, op, text.c_str());
+        switch (op) {
+            case 0: {  // a new inner tree, or one shared with another outer tree
+                InnerModel innerModel;
+                Inner inner = MakeInner(in, innerModel);
+                if (!models[b].empty() && in.Below(2) == 0) {
+                    auto from = models[b].lower_bound(PickText(in));
+                    if (from == models[b].end()) from = models[b].begin();
+                    inner = trees[b].ConstGet(cow_String(from->first.c_str()));
+                    innerModel = from->second;
+                }
+                if (model.size() >= kMaxOuter && model.count(text) == 0) break;
+                FUZZ_CHECK(tree.InsertUnlessMember(key, inner) == model.emplace(text, innerModel).second);
+                break;
+            }
+            case 1: {
+                std::string const target = NearKey(model, text, in);
+                FUZZ_CHECK(tree.Remove(cow_String(target.c_str())) == (model.erase(target) == 1));
+                break;
+            }
+            case 2:
+            case 3: {
+                Inner* inner = tree.Get(key);
+                auto at = model.find(text);
+                FUZZ_CHECK((inner != nullptr) == (at != model.end()));
+                if (inner != nullptr) EditInner(*inner, at->second, in);
+                break;
+            }
+            case 4:
+                tree = trees[b];
+                model = models[b];
+                break;
+            case 5: {  // a heap copy, sometimes of an empty tree; writes to it stay in it
+                bool const empty = in.Below(8) == 0;
+                Outer* copy = empty ? Outer().Copy() : trees[b].Copy();
+                model = empty ? OuterModel() : models[b];
+                Check(*copy, model);
+                tree = *copy;
+                InnerModel scratch;
+                copy->InsertUnlessMember(key, MakeInner(in, scratch));
+                delete copy;
+                break;
+            }
+            case 6:
+                Wander(cow_BtreeIterator<cow_String, Inner>(tree), model, in, [](auto& it, auto const& entry) {
+                    return entry.first == it.CurrentKey().GetCString() &&
+                           it.CurrentValue().GetCount() == static_cast<int>(entry.second.size());
+                });
+                break;
+            case 7: {
+                cow_List<cow_String> keys = cow_BtreeUtils<cow_String, Inner>::cow_Keys(tree);
+                cow_List<Inner> values = cow_BtreeUtils<cow_String, Inner>::cow_Values(tree);
+                FUZZ_CHECK(keys.GetCount() == static_cast<int>(model.size()) && values.GetCount() == keys.GetCount());
+                int i = 0;
+                for (auto const& [k, v] : model) {
+                    FUZZ_CHECK(k == keys.ConstGet(i).GetCString() && Same(values.ConstGet(i), v));
+                    ++i;
+                }
+                break;
+            }
+            default: {
+                auto at = model.find(text);
+                FUZZ_CHECK(tree.IsMember(key) == (at != model.end()));
+                Same(tree.ConstGet(key), at != model.end() ? at->second : InnerModel());
+            }
+        }
+    }
+};
+
+inline void Run(std::uint8_t const* data, std::size_t size) { fuzz::Run<Trees>(data, size); }
+
+}  // namespace fuzz::tree
+
+#endif
