@@ -327,8 +327,9 @@ struct OwnMoves {
 // - cow_String: natural order while atr_getNaturalOrder() is on, bytes otherwise;
 // - atr_String: unsigned bytes, always;
 // - bool: the two bytes as unsigned numbers, so false sorts first;
-// - numbers and other types with < and ==: -1 if a < b, 0 if a == b, else 1
-//   (a pair with a NaN gives 1 both ways; -0.0 and +0.0 give 0).
+// - numbers and other types with < and == (std::string, types of your own):
+//   -1 if a < b, 0 if a == b, else 1 (a pair with a NaN gives 1 both ways;
+//   -0.0 and +0.0 give 0).
 template <class T>
 struct cow_ElementOrder {
     static int Compare(T const& a, T const& b) {
@@ -345,8 +346,8 @@ struct cow_ElementOrder {
             return a < b ? -1 : a == b ? 0 : 1;
         } else {
             static_assert(cow_detail::AlwaysFalse<T>::value,
-                          "cow_ElementOrder<T>: no order for this element type; give it < and ==, or specialise "
-                          "cow_ElementOrder<T> with static int Compare(T const&, T const&)");
+                          "cow_ElementOrder<T>: no order for this element or tree key type; give it < and ==, or "
+                          "specialise cow_ElementOrder<T> with static int Compare(T const&, T const&)");
             return 0;
         }
     }
@@ -357,8 +358,9 @@ struct cow_ElementOrder {
 // - int: the sign of the 32-bit difference with two's-complement wrap, so
 //   the order is total only over keys less than 2^31 apart (nothing checks);
 // - every other integral type: plain numeric order;
-// - cow_String: cow_StringOrderCompare (natural order while the switch is on);
-// - atr_String: unsigned bytes; std::string: its own compare (unsigned bytes).
+// - every other type: the element order, cow_ElementOrder<K> (cow_String by
+//   cow_StringOrderCompare, natural order while the switch is on; atr_String
+//   and std::string by unsigned bytes; a type of your own by its < and ==).
 template <class K>
 struct cow_KeyOrder {
     static std::int32_t Compare(K const& searched, K const& nodeKey) {
@@ -367,18 +369,8 @@ struct cow_KeyOrder {
                                              static_cast<std::uint32_t>(nodeKey));
         } else if constexpr (std::is_integral<K>::value) {
             return searched < nodeKey ? -1 : nodeKey < searched ? 1 : 0;
-        } else if constexpr (std::is_same<K, cow_String>::value) {
-            return cow_StringOrderCompare(searched, nodeKey);
-        } else if constexpr (cow_detail::IsString<K>) {
-            return cow_StringByteCompare(searched, nodeKey);
-        } else if constexpr (std::is_same<K, std::string>::value) {
-            int const c = searched.compare(nodeKey);
-            return c < 0 ? -1 : c > 0 ? 1 : 0;
         } else {
-            static_assert(cow_detail::AlwaysFalse<K>::value,
-                          "cow_KeyOrder<K>: no tree key order for this key type; specialise cow_KeyOrder<K> with "
-                          "static std::int32_t Compare(K const& searched, K const& nodeKey)");
-            return 0;
+            return cow_ElementOrder<K>::Compare(searched, nodeKey);
         }
     }
 };

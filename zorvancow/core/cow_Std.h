@@ -70,6 +70,28 @@ struct cow_ValueIteratorTypes {
     using reference = Value;
 };
 
+namespace cow_detail {
+// The postfix steps of an iterator class `It` that has the prefix ones: the
+// iterator as it was, after the step. `It` derives from PostfixIncrement<It>
+// (forward iterators) or PostfixSteps<It> (bidirectional and random-access).
+template <class It>
+struct PostfixIncrement {
+    friend It operator++(It& it, int) {
+        It old = it;
+        ++it;
+        return old;
+    }
+};
+template <class It>
+struct PostfixSteps : PostfixIncrement<It> {
+    friend It operator--(It& it, int) {
+        It old = it;
+        --it;
+        return old;
+    }
+};
+}  // namespace cow_detail
+
 // One entry of a tree or a map as its iterators give it: references to the
 // key and the value held in the node. Bind it with structured bindings
 // (`for (auto const& [key, value] : tree)`) or read `first` and `second`;

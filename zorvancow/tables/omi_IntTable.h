@@ -547,12 +547,7 @@ bool omi_UintTableIterator<T>::BuildSorted() {
 }
 
 template <class T>
-omi_IntTableIterator<T>::omi_IntTableIterator(omi_IntTable<T> const& walked)
-    : remaining(walked.GetNegative().GetCount()),
-      negativeCount(remaining),
-      negativeWalk(walked.GetNegative()),
-      nonNegativeWalk(walked.GetNonNegative()),
-      compare(nullptr) {}
+omi_IntTableIterator<T>::omi_IntTableIterator(omi_IntTable<T> const& walked) : omi_IntTableIterator(walked, nullptr) {}
 
 template <class T>
 omi_IntTableIterator<T>::omi_IntTableIterator(omi_IntTable<T> const& walked,

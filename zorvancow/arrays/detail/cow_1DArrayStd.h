@@ -32,7 +32,7 @@ template <class T>
 class ZORVANCOW_TYPE cow_1DArray;
 
 template <class T>
-class cow_BlockIterator {
+class cow_BlockIterator : public cow_detail::PostfixSteps<cow_BlockIterator<T>> {
 public:
     using iterator_category = std::random_access_iterator_tag;
     using iterator_concept = std::random_access_iterator_tag;
@@ -60,11 +60,6 @@ public:
         if (++current == blockEnd) NextBlock();
         return *this;
     }
-    cow_BlockIterator operator++(int) {
-        cow_BlockIterator old = *this;
-        ++*this;
-        return old;
-    }
     cow_BlockIterator& operator--() {
         if (current == blockEnd - Length()) {
             PreviousBlock();
@@ -72,11 +67,6 @@ public:
             --current;
         }
         return *this;
-    }
-    cow_BlockIterator operator--(int) {
-        cow_BlockIterator old = *this;
-        --*this;
-        return old;
     }
     cow_BlockIterator& operator+=(difference_type n) {
         Seek(Index() + n);
@@ -151,7 +141,8 @@ private:
 template <class T>
 class cow_BlockRange {
 public:
-    class iterator : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Span<T const>> {
+    class iterator : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Span<T const>>,
+                     public cow_detail::PostfixIncrement<iterator> {
     public:
         iterator() = default;
         iterator(cow_1DArray<T> const* array_, cow_detail::BlockCursor at_) : array(array_), at(at_) {}
@@ -162,11 +153,6 @@ public:
         iterator& operator++() {
             at.NextRun();
             return *this;
-        }
-        iterator operator++(int) {
-            iterator old = *this;
-            ++*this;
-            return old;
         }
         friend bool operator==(iterator const& a, iterator const& b) { return a.at.Position() == b.at.Position(); }
         friend bool operator!=(iterator const& a, iterator const& b) { return a.at.Position() != b.at.Position(); }

@@ -20,9 +20,7 @@
 // reference from ConstGet.
 
 #include <cstddef>
-#include <initializer_list>
 #include <iterator>
-#include <utility>
 
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Element.h"
@@ -59,7 +57,8 @@ public:
 
 template <class K, class V, class Walk>
 class cow_MapStdIter
-    : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>> {
+    : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>>,
+      public cow_detail::PostfixIncrement<cow_MapStdIter<K, V, Walk>> {
 public:
 
     // A singular iterator, equal to the end of every map.
@@ -103,11 +102,6 @@ public:
         }
         ++position;
         return *this;
-    }
-    cow_MapStdIter operator++(int) {
-        cow_MapStdIter old = *this;
-        ++*this;
-        return old;
     }
 
     // Equal when on the same node; all ends are equal.

@@ -16,24 +16,15 @@
 template <class T>
 class cow_2DArrayRows {
 public:
-    class iterator : public cow_ValueIteratorTypes<std::random_access_iterator_tag, cow_Span<T const>> {
+    class iterator : public cow_ValueIteratorTypes<std::random_access_iterator_tag, cow_Span<T const>>,
+                     public cow_detail::PostfixSteps<iterator> {
     public:
         iterator() = default;
         iterator(T const* row_, int columns_) : row(row_), columns(columns_) {}
         cow_Span<T const> operator*() const { return cow_Span<T const>(row, static_cast<std::size_t>(columns)); }
         cow_Span<T const> operator[](std::ptrdiff_t n) const { return *(*this + n); }
         iterator& operator++() { return *this += 1; }
-        iterator operator++(int) {
-            iterator old = *this;
-            ++*this;
-            return old;
-        }
         iterator& operator--() { return *this -= 1; }
-        iterator operator--(int) {
-            iterator old = *this;
-            --*this;
-            return old;
-        }
         iterator& operator+=(std::ptrdiff_t n) {
             row += n * columns;
             return *this;

@@ -14,9 +14,7 @@
 // trees that share nodes with it are harmless, since they copy their own path.
 
 #include <cstddef>
-#include <initializer_list>
 #include <iterator>
-#include <utility>
 
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
@@ -31,7 +29,8 @@ class ZORVANCOW_TYPE cow_BtreeNode;
 // PathLength: the deepest path the iterator keeps in itself; see Start().
 template <class K, class V, int PathLength = 48>
 class cow_BtreeStdIter
-    : public cow_ValueIteratorTypes<std::bidirectional_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>> {
+    : public cow_ValueIteratorTypes<std::bidirectional_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>>,
+      public cow_detail::PostfixSteps<cow_BtreeStdIter<K, V, PathLength>> {
 public:
 
     // A singular iterator, equal to the end of every tree.
@@ -64,11 +63,6 @@ public:
         Step<true>();
         return *this;
     }
-    cow_BtreeStdIter operator++(int) {
-        cow_BtreeStdIter old = *this;
-        ++*this;
-        return old;
-    }
     // From the end, to the greatest key.
     cow_BtreeStdIter& operator--() {
         if (depth == 0) {
@@ -77,11 +71,6 @@ public:
             Step<false>();
         }
         return *this;
-    }
-    cow_BtreeStdIter operator--(int) {
-        cow_BtreeStdIter old = *this;
-        --*this;
-        return old;
     }
 
     friend bool operator==(cow_BtreeStdIter const& a, cow_BtreeStdIter const& b) { return a.Current() == b.Current(); }
