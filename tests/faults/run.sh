@@ -1,0 +1,61 @@
+#!/usr/bin/env bash
+# Plants each fault of tests/faults/*.patch in turn in a scratch copy of this
+# tree, builds the tests there as the test preset does (no fuzzers, no
+# benchmarks) and runs them, then prints which tests caught each fault.
+#
+#   tests/faults/run.sh [PATCH...]        all patches when none is named
+#   FAULTS_DIR=/tmp/x tests/faults/run.sh  where the copy and its build go
+#
+# One build tree serves every fault, so each build is incremental; ccache,
+# when installed, makes the rebuild after a fault is taken out nearly free.
+# Slow (a few minutes a fault on two cores) and not part of CI.
+set -uo pipefail
+repo=$(cd "$(dirname "$0")/../.." && pwd)
+work=${FAULTS_DIR:-/tmp/zorvancow-faults}
+src=$work/src build=$work/build log=$work/log
+mkdir -p "$src" "$log"
+[ $# -gt 0 ] && patches=("$@") || patches=("$repo"/tests/faults/*.patch)
+
+# The working tree as it is (committed or not); tar keeps the times, so an
+# unchanged file is not rebuilt on a second run.
+git -C "$repo" ls-files -co --exclude-standard -z | grep -zv '^build/' |
+  (cd "$repo" && tar -c --null -T -) | tar -x -C "$src"
+
+launcher=()
+command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+cmake -S "$src" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVANCOW_CHECKED=ON \
+  -DZORVANCOW_BUILD_BENCHMARKS=OFF -DZORVANCOW_BUILD_FUZZERS=OFF "${launcher[@]}" >"$log/configure.txt" ||
+  { echo "configure failed: $log/configure.txt"; exit 1; }
+
+# Prints the names of the failing tests, one a line; fails if the build fails.
+run_tests() {
+  cmake --build "$build" >"$log/$1.build.txt" 2>&1 || return 1
+  ctest --test-dir "$build" -j2 --timeout 600 >"$log/$1.test.txt" 2>&1
+  sed -n '/tests FAILED:/,$s/^[[:space:]]*[0-9]* - \([^ ]*\).*/\1/p' "$log/$1.test.txt"
+}
+
+failing_before=$(run_tests unfaulted) || { echo "the unfaulted tree does not build: $log/unfaulted.build.txt"; exit 1; }
+[ -n "$failing_before" ] && echo "failing without a fault (ignored below): $failing_before"
+
+printf '%-34s %s\n' FAULT "CAUGHT BY"
+for patch in "${patches[@]}"; do
+  name=$(basename "$patch" .patch)
+  if ! patch -d "$src" -p1 -s -f --dry-run <"$patch" >/dev/null 2>&1; then
+    printf '%-34s %s\n' "$name" "does not apply"
+    continue
+  fi
+  patch -d "$src" -p1 -s <"$patch"
+  if failing=$(run_tests "$name"); then
+    caught=$(comm -13 <(sort <<<"$failing_before") <(sort <<<"$failing") | grep -v '^$')
+    count=$(grep -c . <<<"$caught")
+    if [ "$count" -eq 0 ]; then
+      result="NOT CAUGHT"
+    else
+      result="$count: $(head -3 <<<"$caught" | paste -sd' ')$([ "$count" -gt 3 ] && echo ' ...')"
+    fi
+  else
+    result="does not build (see $log/$name.build.txt)"
+  fi
+  printf '%-34s %s\n' "$name" "$result"
+  patch -d "$src" -p1 -s -R <"$patch"
+done
