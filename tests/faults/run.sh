@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
 # Plants each fault of tests/faults/*.patch in turn in a scratch copy of this
-# tree, builds the tests there as the test preset does (no fuzzers, no
-# benchmarks) and runs them, then prints which tests caught each fault.
+# tree, builds the tests there with checked mode on (unoptimised, to build
+# faster; no fuzzers, no benchmarks) and runs them, then prints which tests
+# caught each fault.
 #
 #   tests/faults/run.sh [PATCH...]        all patches when none is named
 #   FAULTS_DIR=/tmp/x tests/faults/run.sh  where the copy and its build go
 #
-# One build tree serves every fault, so each build is incremental; ccache,
-# when installed, makes the rebuild after a fault is taken out nearly free.
-# Slow (a few minutes a fault on two cores) and not part of CI.
+# One build tree serves every fault, so each build is incremental. With
+# ccache installed, the rebuild after a fault is taken out is nearly free,
+# and so is a second run in another FAULTS_DIR for whatever it compiles
+# alike. Slow (minutes a fault on two cores) and not part of CI.
 set -uo pipefail
 repo=$(cd "$(dirname "$0")/../.." && pwd)
 work=${FAULTS_DIR:-/tmp/zorvancow-faults}
@@ -18,12 +20,14 @@ mkdir -p "$src" "$log"
 
 # The working tree as it is (committed or not); tar keeps the times, so an
 # unchanged file is not rebuilt on a second run.
-git -C "$repo" ls-files -co --exclude-standard -z | grep -zv '^build/' |
-  (cd "$repo" && tar -c --null -T -) | tar -x -C "$src"
+# (A tree that is not a git checkout is copied whole, but for build/.)
+(cd "$repo" && { git ls-files -co --exclude-standard -z 2>/dev/null || find . -path ./build -prune -o -type f -print0; } |
+  grep -zv '^\(\./\)\?build/' | tar -c --null -T -) | tar -x -C "$src"
 
 launcher=()
 command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
-cmake -S "$src" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZORVANCOW_CHECKED=ON \
+export CCACHE_BASEDIR=$work  # paths inside the copy, so other FAULTS_DIRs hit the cache
+cmake -S "$src" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE= -DZORVANCOW_CHECKED=ON \
   -DZORVANCOW_BUILD_BENCHMARKS=OFF -DZORVANCOW_BUILD_FUZZERS=OFF "${launcher[@]}" >"$log/configure.txt" ||
   { echo "configure failed: $log/configure.txt"; exit 1; }
 
