@@ -16,6 +16,9 @@ repo=$(cd "$(dirname "$0")/../.." && pwd)
 work=${FAULTS_DIR:-/tmp/zorvancow-faults}
 src=$work/src build=$work/build log=$work/log
 mkdir -p "$src" "$log"
+# A run stopped while a fault was planted left it in the copy: take it out
+# (which touches the files, so their objects are built again).
+[ -f "$work/planted" ] && patch -d "$src" -p1 -s -R <"$work/planted" && rm "$work/planted"
 [ $# -gt 0 ] && patches=("$@") || patches=("$repo"/tests/faults/*.patch)
 
 # The working tree as it is (committed or not); tar keeps the times, so an
@@ -48,6 +51,7 @@ for patch in "${patches[@]}"; do
     printf '%-34s %s\n' "$name" "does not apply"
     continue
   fi
+  cp "$patch" "$work/planted"
   patch -d "$src" -p1 -s <"$patch"
   if failing=$(run_tests "$name"); then
     caught=$(comm -13 <(sort <<<"$failing_before") <(sort <<<"$failing") | grep -v '^$')
@@ -61,5 +65,5 @@ for patch in "${patches[@]}"; do
     result="does not build (see $log/$name.build.txt)"
   fi
   printf '%-34s %s\n' "$name" "$result"
-  patch -d "$src" -p1 -s -R <"$patch"
+  patch -d "$src" -p1 -s -R <"$patch" && rm "$work/planted"
 done
