@@ -16,9 +16,6 @@ repo=$(cd "$(dirname "$0")/../.." && pwd)
 work=${FAULTS_DIR:-/tmp/zorvancow-faults}
 src=$work/src build=$work/build log=$work/log
 mkdir -p "$src" "$log"
-# A run stopped while a fault was planted left it in the copy: take it out
-# (which touches the files, so their objects are built again).
-[ -f "$work/planted" ] && patch -d "$src" -p1 -s -R <"$work/planted" && rm "$work/planted"
 [ $# -gt 0 ] && patches=("$@") || patches=("$repo"/tests/faults/*.patch)
 
 # The working tree as it is (committed or not); tar keeps the times, so an
@@ -26,6 +23,12 @@ mkdir -p "$src" "$log"
 # (A tree that is not a git checkout is copied whole, but for build/.)
 (cd "$repo" && { git ls-files -co --exclude-standard -z 2>/dev/null || find . -path ./build -prune -o -type f -print0; } |
   grep -zv '^\(\./\)\?build/' | tar -c --null -T -) | tar -x -C "$src"
+# A run stopped while a fault was planted: the copy above took the fault out
+# but gave the files their old times, so mark them changed for the build.
+if [ -f "$work/planted" ]; then
+  sed -n 's|^+++ b/\([^[:space:]]*\).*|\1|p' "$work/planted" | (cd "$src" && xargs touch)
+  rm "$work/planted"
+fi
 
 launcher=()
 command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
