@@ -41,7 +41,7 @@ cmake -S "$src" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE= -DZORVANCOW_CHECKED=ON 
 run_tests() {
   cmake --build "$build" >"$log/$1.build.txt" 2>&1 || return 1
   ctest --test-dir "$build" -j2 --timeout 600 >"$log/$1.test.txt" 2>&1
-  sed -n '/tests FAILED:/,$s/^[[:space:]]*[0-9]* - \([^ ]*\).*/\1/p' "$log/$1.test.txt"
+  sed -n '/tests FAILED:/,$s/^[[:space:]]*[0-9]* - \(.*\) ([^()]*)$/\1/p' "$log/$1.test.txt"
 }
 
 failing_before=$(run_tests unfaulted) || { echo "the unfaulted tree does not build: $log/unfaulted.build.txt"; exit 1; }
