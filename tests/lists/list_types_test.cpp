@@ -146,6 +146,7 @@ TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
 
     list.Append(v(10));
     EXPECT_EQ(list.FindLast(v(10)), 4);
+    EXPECT_EQ(list.FindLast(v(0)), 0) << "the first element is searched too";
     EXPECT_EQ(list.FindLast(v(11)), list.GetCount());
     list.RemoveMember(v(10));
     EXPECT_EQ(Contents(list), values({0, 15, 20, 10}));
