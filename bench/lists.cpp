@@ -1,26 +1,13 @@
 // The lists beside std::vector and std::deque, and beside Qt 5's implicitly
 // shared QVector and QList when the bench is built with Qt: copying, the
 // first write through a copy, filling, random reads, queue use, sorting and
-// search, 1,000,000 ints each.
-
-#include <benchmark/benchmark.h>
+// search, 1,000,000 ints each. Qt's containers copy by one count increment,
+// and the first write through a copy detaches, copying every element.
 
 #include <algorithm>
 #include <cstring>
-#include <deque>
-#include <numeric>
-#include <random>
-#include <vector>
 
-#ifdef ZORVANCOW_BENCH_QT
-#include <QList>
-#include <QQueue>
-#include <QVector>
-#endif
-
-#include "zorvancow/arrays/cow_1DArray.h"
-#include "zorvancow/lists/cow_1DArrayList.h"
-#include "zorvancow/lists/cow_List.h"
+#include "BenchPeers.h"
 #include "zorvanmem/mem_Heap.h"
 
 namespace {
@@ -29,213 +16,22 @@ constexpr int kCount = 1000000;
 
 // Every container is filled the way a user fills it, one element at a time
 // from empty, so the lists have their default blocks of 16 elements.
-template <class List>
-List Counting() {
-    List list;
-    for (int i = 0; i < kCount; ++i) list.Append(i);
-    return list;
-}
-
-std::vector<int> CountingVector() {
-    std::vector<int> v;
-    for (int i = 0; i < kCount; ++i) v.push_back(i);
-    return v;
+template <class C>
+C const& Full() {
+    return Counting<C, kCount>();
 }
 
 std::vector<int> const& RandomIndices() {
-    static std::vector<int> const indices = [] {
-        std::mt19937 rng(7);
-        std::vector<int> made(kCount);
-        for (int& i : made) i = static_cast<int>(rng() % kCount);
+    return Once([] {
+        std::vector<int> made = MakeRandomInts(7, kCount);
+        for (int& i : made) i = static_cast<int>(static_cast<unsigned>(i) % kCount);
         return made;
-    }();
-    return indices;
+    });
 }
-
-// --- copy a 1,000,000-element list and let the copy go
-
-template <class List>
-void CopyDestroy(benchmark::State& state) {
-    List const source = Counting<List>();
-    for (auto _ : state) {
-        List copy(source);
-        benchmark::DoNotOptimize(copy);
-    }
-}
-BENCHMARK_TEMPLATE(CopyDestroy, cow_List<int>)->Name("BM_CopyDestroy_CowList");
-BENCHMARK_TEMPLATE(CopyDestroy, cow_1DArrayList<int>)->Name("BM_CopyDestroy_Cow1DArrayList");
-
-void BM_CopyDestroy_StdVector(benchmark::State& state) {
-    std::vector<int> const source = CountingVector();
-    for (auto _ : state) {
-        std::vector<int> copy(source);
-        benchmark::DoNotOptimize(copy.data());
-    }
-}
-BENCHMARK(BM_CopyDestroy_StdVector)->Unit(benchmark::kMicrosecond);
-
-// --- copy, write one element in the middle through the copy, let it go
-
-template <class List>
-void CopyWriteDestroy(benchmark::State& state) {
-    List const source = Counting<List>();
-    for (auto _ : state) {
-        List copy(source);
-        copy.Get(kCount / 2) = -1;
-        benchmark::DoNotOptimize(copy);
-    }
-}
-BENCHMARK_TEMPLATE(CopyWriteDestroy, cow_List<int>)->Name("BM_CopyWriteDestroy_CowList")->Unit(benchmark::kMicrosecond);
-BENCHMARK_TEMPLATE(CopyWriteDestroy, cow_1DArrayList<int>)
-    ->Name("BM_CopyWriteDestroy_Cow1DArrayList")
-    ->Unit(benchmark::kMicrosecond);
-
-// The bare array, grown from empty like the lists' arrays.
-void BM_CopyWriteDestroy_Cow1DArray(benchmark::State& state) {
-    cow_1DArray<int> source;
-    for (int i = 0; i < kCount; ++i) source.Get(i) = i;
-    for (auto _ : state) {
-        cow_1DArray<int> copy(source);
-        copy.Get(kCount / 2) = -1;
-        benchmark::DoNotOptimize(copy);
-    }
-}
-BENCHMARK(BM_CopyWriteDestroy_Cow1DArray)->Unit(benchmark::kMicrosecond);
-
-void BM_CopyWriteDestroy_StdVector(benchmark::State& state) {
-    std::vector<int> const source = CountingVector();
-    for (auto _ : state) {
-        std::vector<int> copy(source);
-        copy[kCount / 2] = -1;
-        benchmark::DoNotOptimize(copy.data());
-    }
-}
-BENCHMARK(BM_CopyWriteDestroy_StdVector)->Unit(benchmark::kMicrosecond);
-
-// --- fill from empty, one element at a time
-
-template <class List>
-void FillAppend(benchmark::State& state) {
-    for (auto _ : state) {
-        List list;
-        for (int i = 0; i < kCount; ++i) list.Append(i);
-        benchmark::DoNotOptimize(list);
-    }
-}
-BENCHMARK_TEMPLATE(FillAppend, cow_List<int>)->Name("BM_FillAppend_CowList")->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(FillAppend, cow_1DArrayList<int>)
-    ->Name("BM_FillAppend_Cow1DArrayList")
-    ->Unit(benchmark::kMillisecond);
-
-void BM_FillAppend_StdVectorPushBack(benchmark::State& state) {
-    for (auto _ : state) {
-        std::vector<int> v;
-        for (int i = 0; i < kCount; ++i) v.push_back(i);
-        benchmark::DoNotOptimize(v.data());
-    }
-}
-BENCHMARK(BM_FillAppend_StdVectorPushBack)->Unit(benchmark::kMillisecond);
-
-// --- 1,000,000 reads at random indices
-
-template <class List>
-void RandomRead(benchmark::State& state) {
-    List const list = Counting<List>();
-    std::vector<int> const& indices = RandomIndices();
-    for (auto _ : state) {
-        long sum = 0;
-        for (int i : indices) sum += list.ConstGet(i);
-        benchmark::DoNotOptimize(sum);
-    }
-}
-BENCHMARK_TEMPLATE(RandomRead, cow_List<int>)->Name("BM_RandomRead_CowList")->Unit(benchmark::kMicrosecond);
-BENCHMARK_TEMPLATE(RandomRead, cow_1DArrayList<int>)
-    ->Name("BM_RandomRead_Cow1DArrayList")
-    ->Unit(benchmark::kMicrosecond);
-
-void BM_RandomRead_StdVector(benchmark::State& state) {
-    std::vector<int> const v = CountingVector();
-    std::vector<int> const& indices = RandomIndices();
-    for (auto _ : state) {
-        long sum = 0;
-        for (int i : indices) sum += v[static_cast<std::size_t>(i)];
-        benchmark::DoNotOptimize(sum);
-    }
-}
-BENCHMARK(BM_RandomRead_StdVector)->Unit(benchmark::kMicrosecond);
-
-// --- a queue: each step appends one element and takes one off the front
-
-void BM_Queue_CowList(benchmark::State& state) {
-    for (auto _ : state) {
-        cow_List<int> queue;
-        for (int i = 0; i < 16; ++i) queue.Append(i);
-        for (int i = 0; i < kCount; ++i) {
-            queue.Append(i);
-            queue.RemoveFirst();
-        }
-        benchmark::DoNotOptimize(queue);
-    }
-}
-BENCHMARK(BM_Queue_CowList)->Unit(benchmark::kMillisecond);
-
-void BM_Queue_StdDeque(benchmark::State& state) {
-    for (auto _ : state) {
-        std::deque<int> queue;
-        for (int i = 0; i < 16; ++i) queue.push_back(i);
-        for (int i = 0; i < kCount; ++i) {
-            queue.push_back(i);
-            queue.pop_front();
-        }
-        benchmark::DoNotOptimize(queue);
-    }
-}
-BENCHMARK(BM_Queue_StdDeque)->Unit(benchmark::kMillisecond);
-
-// --- sort and search
 
 std::vector<int> const& RandomValues() {
-    static std::vector<int> const values = [] {
-        std::mt19937 rng(11);
-        std::vector<int> made(kCount);
-        for (int& v : made) v = static_cast<int>(rng());
-        return made;
-    }();
-    return values;
+    return Once([] { return MakeRandomInts(11, kCount); });
 }
-
-void BM_Sort_CowList(benchmark::State& state) {
-    cow_List<int> source;
-    for (int v : RandomValues()) source.Append(v);
-    for (auto _ : state) {
-        cow_List<int> list(source);
-        list.Sort();
-        benchmark::DoNotOptimize(list);
-    }
-}
-BENCHMARK(BM_Sort_CowList)->Unit(benchmark::kMillisecond);
-
-void BM_Sort_StdSortVector(benchmark::State& state) {
-    for (auto _ : state) {
-        std::vector<int> v(RandomValues());
-        std::sort(v.begin(), v.end());
-        benchmark::DoNotOptimize(v.data());
-    }
-}
-BENCHMARK(BM_Sort_StdSortVector)->Unit(benchmark::kMillisecond);
-
-// Looks for a value that is absent: a walk over all elements.
-void BM_Position_CowList(benchmark::State& state) {
-    cow_List<int> const list = Counting<cow_List<int>>();
-    for (auto _ : state) benchmark::DoNotOptimize(list.Position(-1));
-}
-BENCHMARK(BM_Position_CowList)->Unit(benchmark::kMicrosecond);
-
-void BM_Position_StdFindVector(benchmark::State& state) {
-    std::vector<int> const v = CountingVector();
-    for (auto _ : state) benchmark::DoNotOptimize(std::find(v.begin(), v.end(), -1));
-}
-BENCHMARK(BM_Position_StdFindVector)->Unit(benchmark::kMicrosecond);
 
 // --- what the layout itself costs
 //
@@ -250,7 +46,7 @@ typedef cow_1DArrayBlock<int> Block;
 
 // Fill: making (and finally freeing) every block, and growing the table by
 // 16 slots at a time; no element is written.
-void BM_FillFloor_BlocksAndTable(benchmark::State& state) {
+void FillFloor(benchmark::State& state) {
     for (auto _ : state) {
         Block** table = nullptr;
         int capacity = 0;
@@ -266,7 +62,6 @@ void BM_FillFloor_BlocksAndTable(benchmark::State& state) {
         mem_Free(table);
     }
 }
-BENCHMARK(BM_FillFloor_BlocksAndTable)->Unit(benchmark::kMillisecond);
 
 struct Blocks {
     std::vector<Block*> table;
@@ -284,7 +79,7 @@ struct Blocks {
 // Copy, write one, destroy: the copy of the table's pointers, one pass that
 // counts the new table as a holder of every block, one block copy, and one
 // pass that lowers every count again when the copy goes.
-void BM_CopyWriteDestroyFloor_TableAndTwoCountPasses(benchmark::State& state) {
+void CopyWriteDestroyFloor(benchmark::State& state) {
     Blocks blocks;
     std::size_t const bytes = sizeof(Block*) * static_cast<std::size_t>(kBlocks + 16);
     for (auto _ : state) {
@@ -302,11 +97,10 @@ void BM_CopyWriteDestroyFloor_TableAndTwoCountPasses(benchmark::State& state) {
         mem_Free(table);
     }
 }
-BENCHMARK(BM_CopyWriteDestroyFloor_TableAndTwoCountPasses)->Unit(benchmark::kMicrosecond);
 
 // Random reads: the slot, then the block, then the element, each a load that
 // needs the one before.
-void BM_RandomReadFloor_ThreeLoads(benchmark::State& state) {
+void RandomReadFloor(benchmark::State& state) {
     Blocks blocks;
     Block* const* table = blocks.table.data();
     std::vector<int> const& indices = RandomIndices();
@@ -316,122 +110,76 @@ void BM_RandomReadFloor_ThreeLoads(benchmark::State& state) {
         benchmark::DoNotOptimize(sum);
     }
 }
-BENCHMARK(BM_RandomReadFloor_ThreeLoads)->Unit(benchmark::kMicrosecond);
 
-#ifdef ZORVANCOW_BENCH_QT
-// Qt's containers: a copy is one count increment, and the first write
-// through a copy detaches, copying every element.
+using List = cow_List<int>;
+using ArrayList = cow_1DArrayList<int>;
+using Vector = std::vector<int>;
+auto const kMs = benchmark::kMillisecond;
+auto const kUs = benchmark::kMicrosecond;
 
-template <class Q>
-Q QCounting() {
-    Q q;
-    for (int i = 0; i < kCount; ++i) q.append(i);
-    return q;
-}
-
-template <class Q>
-void QCopyDestroy(benchmark::State& state) {
-    Q const source = QCounting<Q>();
-    for (auto _ : state) {
-        Q copy(source);
-        benchmark::DoNotOptimize(copy);
-    }
-}
-BENCHMARK_TEMPLATE(QCopyDestroy, QVector<int>)->Name("BM_CopyDestroy_QVector");
-BENCHMARK_TEMPLATE(QCopyDestroy, QList<int>)->Name("BM_CopyDestroy_QList");
-
-template <class Q>
-void QCopyWriteDestroy(benchmark::State& state) {
-    Q const source = QCounting<Q>();
-    for (auto _ : state) {
-        Q copy(source);
-        copy[kCount / 2] = -1;
-        benchmark::DoNotOptimize(copy);
-    }
-}
-BENCHMARK_TEMPLATE(QCopyWriteDestroy, QVector<int>)
-    ->Name("BM_CopyWriteDestroy_QVector")
-    ->Unit(benchmark::kMicrosecond);
-BENCHMARK_TEMPLATE(QCopyWriteDestroy, QList<int>)->Name("BM_CopyWriteDestroy_QList")->Unit(benchmark::kMicrosecond);
-
-template <class Q>
-void QFillAppend(benchmark::State& state) {
-    for (auto _ : state) {
-        Q q;
-        for (int i = 0; i < kCount; ++i) q.append(i);
-        benchmark::DoNotOptimize(q);
-    }
-}
-BENCHMARK_TEMPLATE(QFillAppend, QVector<int>)->Name("BM_FillAppend_QVector")->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(QFillAppend, QList<int>)->Name("BM_FillAppend_QList")->Unit(benchmark::kMillisecond);
-
-template <class Q>
-void QRandomRead(benchmark::State& state) {
-    Q const q = QCounting<Q>();
-    std::vector<int> const& indices = RandomIndices();
-    for (auto _ : state) {
-        long sum = 0;
-        for (int i : indices) sum += q.at(i);
-        benchmark::DoNotOptimize(sum);
-    }
-}
-BENCHMARK_TEMPLATE(QRandomRead, QVector<int>)->Name("BM_RandomRead_QVector")->Unit(benchmark::kMicrosecond);
-BENCHMARK_TEMPLATE(QRandomRead, QList<int>)->Name("BM_RandomRead_QList")->Unit(benchmark::kMicrosecond);
-
-void BM_Queue_QQueue(benchmark::State& state) {
-    for (auto _ : state) {
-        QQueue<int> queue;
-        for (int i = 0; i < 16; ++i) queue.enqueue(i);
-        for (int i = 0; i < kCount; ++i) {
-            queue.enqueue(i);
-            queue.dequeue();
+int const rows = [] {
+    // Copy a 1,000,000-element list and let the copy go.
+    Row("BM_CopyDestroy_CowList", CopyCase(Full<List>, -1));
+    Row("BM_CopyDestroy_Cow1DArrayList", CopyCase(Full<ArrayList>, -1));
+    Row("BM_CopyDestroy_StdVector", CopyCase(Full<Vector>, -1))->Unit(kUs);
+    // Copy, write one element in the middle through the copy, let it go; the
+    // bare array is grown from empty like the lists' arrays.
+    Row("BM_CopyWriteDestroy_CowList", CopyCase(Full<List>, kCount / 2))->Unit(kUs);
+    Row("BM_CopyWriteDestroy_Cow1DArrayList", CopyCase(Full<ArrayList>, kCount / 2))->Unit(kUs);
+    Row("BM_CopyWriteDestroy_Cow1DArray", CopyCase(Full<cow_1DArray<int>>, kCount / 2))->Unit(kUs);
+    Row("BM_CopyWriteDestroy_StdVector", CopyCase(Full<Vector>, kCount / 2))->Unit(kUs);
+    // Fill from empty, one element at a time.
+    Row("BM_FillAppend_CowList", FillCase<List>(kCount))->Unit(kMs);
+    Row("BM_FillAppend_Cow1DArrayList", FillCase<ArrayList>(kCount))->Unit(kMs);
+    Row("BM_FillAppend_StdVectorPushBack", FillCase<Vector>(kCount))->Unit(kMs);
+    // 1,000,000 reads at random indices.
+    Row("BM_RandomRead_CowList", RandomReadCase<List, RandomIndices>(Full<List>))->Unit(kUs);
+    Row("BM_RandomRead_Cow1DArrayList", RandomReadCase<ArrayList, RandomIndices>(Full<ArrayList>))->Unit(kUs);
+    Row("BM_RandomRead_StdVector", RandomReadCase<Vector, RandomIndices>(Full<Vector>))->Unit(kUs);
+    // A queue: each step appends one element and takes one off the front.
+    Row("BM_Queue_CowList", QueueCase<List>(kCount))->Unit(kMs);
+    Row("BM_Queue_StdDeque", QueueCase<std::deque<int>>(kCount))->Unit(kMs);
+    // Sort and search (for a value that is absent: a walk over all elements).
+    Row("BM_Sort_CowList", [](benchmark::State& state) {
+        List source;
+        for (int v : RandomValues()) source.Append(v);
+        for (auto _ : state) {
+            List list(source);
+            list.Sort();
+            benchmark::DoNotOptimize(list);
         }
-        benchmark::DoNotOptimize(queue);
-    }
-}
-BENCHMARK(BM_Queue_QQueue)->Unit(benchmark::kMillisecond);
+    })->Unit(kMs);
+    Row("BM_Sort_StdSortVector", [](benchmark::State& state) {
+        for (auto _ : state) {
+            Vector v(RandomValues());
+            std::sort(v.begin(), v.end());
+            benchmark::DoNotOptimize(v.data());
+        }
+    })->Unit(kMs);
+    Row("BM_Position_CowList", SumCase(Full<List>, [](List const& l) { return l.Position(-1); }, 0))->Unit(kUs);
+    Row("BM_Position_StdFindVector",
+        SumCase(Full<Vector>, [](Vector const& v) { return std::find(v.begin(), v.end(), -1) - v.begin(); }, 0))
+        ->Unit(kUs);
+    Row("BM_FillFloor_BlocksAndTable", FillFloor)->Unit(kMs);
+    Row("BM_CopyWriteDestroyFloor_TableAndTwoCountPasses", CopyWriteDestroyFloor)->Unit(kUs);
+    Row("BM_RandomReadFloor_ThreeLoads", RandomReadFloor)->Unit(kUs);
+    // Standard-interface walks: range-for over a list grown by Append beside
+    // the same loop over a std::vector, and std::accumulate over its blocks.
+    Row("BM_RangeFor_CowList", SumCase(Full<List>, RangeForSum(), kCount))->Unit(kUs);
+    Row("BM_RangeFor_ListVector", SumCase(Full<Vector>, RangeForSum(), kCount))->Unit(kUs);
+    Row("BM_BlockAccumulate_CowList", SumCase(Full<List>, BlockSum(), kCount))->Unit(kUs);
+#ifdef ZORVANCOW_BENCH_QT
+    Row("BM_CopyDestroy_QVector", CopyCase(Full<QVector<int>>, -1));
+    Row("BM_CopyDestroy_QList", CopyCase(Full<QList<int>>, -1));
+    Row("BM_CopyWriteDestroy_QVector", CopyCase(Full<QVector<int>>, kCount / 2))->Unit(kUs);
+    Row("BM_CopyWriteDestroy_QList", CopyCase(Full<QList<int>>, kCount / 2))->Unit(kUs);
+    Row("BM_FillAppend_QVector", FillCase<QVector<int>>(kCount))->Unit(kMs);
+    Row("BM_FillAppend_QList", FillCase<QList<int>>(kCount))->Unit(kMs);
+    Row("BM_RandomRead_QVector", RandomReadCase<QVector<int>, RandomIndices>(Full<QVector<int>>))->Unit(kUs);
+    Row("BM_RandomRead_QList", RandomReadCase<QList<int>, RandomIndices>(Full<QList<int>>))->Unit(kUs);
+    Row("BM_Queue_QQueue", QueueCase<QQueue<int>>(kCount))->Unit(kMs);
 #endif
-
-}  // namespace
-
-// Standard-interface walk: range-for over a list of 1,000,000 ints grown by
-// Append, beside the same loop over a std::vector.
-namespace {
-
-void BM_RangeFor_CowList(benchmark::State& state) {
-    cow_List<int> list;
-    for (int i = 0; i < kCount; ++i) list.Append(i);
-    for (auto _ : state) {
-        long sum = 0;
-        for (int x : list) sum += x;
-        benchmark::DoNotOptimize(sum);
-    }
-    state.SetItemsProcessed(state.iterations() * kCount);
-}
-BENCHMARK(BM_RangeFor_CowList)->Unit(benchmark::kMicrosecond);
-
-void BM_RangeFor_ListVector(benchmark::State& state) {
-    std::vector<int> v(kCount);
-    std::iota(v.begin(), v.end(), 0);
-    for (auto _ : state) {
-        long sum = 0;
-        for (int x : v) sum += x;
-        benchmark::DoNotOptimize(sum);
-    }
-    state.SetItemsProcessed(state.iterations() * kCount);
-}
-BENCHMARK(BM_RangeFor_ListVector)->Unit(benchmark::kMicrosecond);
-
-void BM_BlockAccumulate_CowList(benchmark::State& state) {
-    cow_List<int> list;
-    for (int i = 0; i < kCount; ++i) list.Append(i);
-    for (auto _ : state) {
-        long sum = 0;
-        for (cow_Span<int const> run : cow_Blocks(list)) sum = std::accumulate(run.begin(), run.end(), sum);
-        benchmark::DoNotOptimize(sum);
-    }
-    state.SetItemsProcessed(state.iterations() * kCount);
-}
-BENCHMARK(BM_BlockAccumulate_CowList)->Unit(benchmark::kMicrosecond);
+    return 0;
+}();
 
 }  // namespace

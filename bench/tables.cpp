@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <map>
 #include <random>
+#include <type_traits>
 #include <unordered_map>
 #include <vector>
 
@@ -42,7 +43,9 @@ std::vector<int> const& Keys(Spread spread, Order order) {
     return keys;
 }
 
-omi_IntTable<cow_String>* NewTable(Spread spread) {
+using Table = omi_IntTable<cow_String>;
+
+Table* NewTable(Spread spread) {
     return spread == kDense ? new omi_IntTable<cow_String> : new omi_IntTable<cow_String>(20, 7, 1);
 }
 
@@ -51,29 +54,32 @@ cow_String const& Value() {
     return value;
 }
 
+// The containers under test, made empty on the heap: the table with the
+// arguments of its spread, the standard maps as they come.
+template <class Map>
+Map* New(Spread spread) {
+    if constexpr (std::is_same<Map, Table>::value) {
+        return NewTable(spread);
+    } else {
+        (void)spread;
+        return new Map;
+    }
+}
+void Put(Table& table, int key) { table.Insert(key, Value()); }
+template <class Map> void Put(Map& map, int key) { map.emplace(key, Value()); }
+std::int64_t LengthAt(Table const& table, int key) { return table.ConstGet(key)->GetLength(); }
+template <class Map> std::int64_t LengthAt(Map const& map, int key) { return map.find(key)->second.GetLength(); }
+
 // ---- insert ----
 
-void BM_Insert_IntTable(benchmark::State& state) {
+template <class Map>
+void BM_Insert(benchmark::State& state) {
     auto const spread = static_cast<Spread>(state.range(0));
     std::vector<int> const& keys = Keys(spread, kInsertOrder);
     for (auto _ : state) {
-        omi_IntTable<cow_String>* table = NewTable(spread);
-        for (int key : keys) table->Insert(key, Value());
-        benchmark::DoNotOptimize(table->GetCount());
-        state.PauseTiming();
-        delete table;
-        state.ResumeTiming();
-    }
-    state.SetItemsProcessed(state.iterations() * kKeys);
-}
-
-template <class Map>
-void BM_Insert_Std(benchmark::State& state) {
-    std::vector<int> const& keys = Keys(static_cast<Spread>(state.range(0)), kInsertOrder);
-    for (auto _ : state) {
-        auto* map = new Map;
-        for (int key : keys) map->emplace(key, Value());
-        benchmark::DoNotOptimize(map->size());
+        Map* map = New<Map>(spread);
+        for (int key : keys) Put(*map, key);
+        benchmark::DoNotOptimize(map);
         state.PauseTiming();
         delete map;
         state.ResumeTiming();
@@ -83,31 +89,18 @@ void BM_Insert_Std(benchmark::State& state) {
 
 // ---- look up ----
 
-void BM_Find_IntTable(benchmark::State& state) {
-    auto const spread = static_cast<Spread>(state.range(0));
-    std::vector<int> const& keys = Keys(spread, kLookupOrder);
-    omi_IntTable<cow_String>* table = NewTable(spread);
-    for (int key : Keys(spread, kInsertOrder)) table->Insert(key, Value());
-    for (auto _ : state) {
-        std::int64_t total = 0;
-        for (int key : keys) total += table->ConstGet(key)->GetLength();
-        benchmark::DoNotOptimize(total);
-    }
-    delete table;
-    state.SetItemsProcessed(state.iterations() * kKeys);
-}
-
 template <class Map>
-void BM_Find_Std(benchmark::State& state) {
+void BM_Find(benchmark::State& state) {
     auto const spread = static_cast<Spread>(state.range(0));
     std::vector<int> const& keys = Keys(spread, kLookupOrder);
-    Map map;
-    for (int key : Keys(spread, kInsertOrder)) map.emplace(key, Value());
+    Map* map = New<Map>(spread);
+    for (int key : Keys(spread, kInsertOrder)) Put(*map, key);
     for (auto _ : state) {
         std::int64_t total = 0;
-        for (int key : keys) total += map.find(key)->second.GetLength();
+        for (int key : keys) total += LengthAt(*map, key);
         benchmark::DoNotOptimize(total);
     }
+    delete map;
     state.SetItemsProcessed(state.iterations() * kKeys);
 }
 
@@ -143,13 +136,18 @@ void BM_Walk_StdMap(benchmark::State& state) {
 using Unordered = std::unordered_map<int, cow_String>;
 using Ordered = std::map<int, cow_String>;
 
-BENCHMARK(BM_Insert_IntTable)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(BM_Insert_Std, Unordered)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(BM_Insert_Std, Ordered)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Find_IntTable)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(BM_Find_Std, Unordered)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
-BENCHMARK_TEMPLATE(BM_Find_Std, Ordered)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Walk_IntTable)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_Walk_StdMap)->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond);
+// Each case for the dense keys (/0) and the spread ones (/1).
+void Register(benchmark::internal::Benchmark* row) { row->Arg(kDense)->Arg(kSpread)->Unit(benchmark::kMillisecond); }
+int const rows = [] {
+    Register(benchmark::RegisterBenchmark("BM_Insert_IntTable", BM_Insert<Table>));
+    Register(benchmark::RegisterBenchmark("BM_Insert_Std<Unordered>", BM_Insert<Unordered>));
+    Register(benchmark::RegisterBenchmark("BM_Insert_Std<Ordered>", BM_Insert<Ordered>));
+    Register(benchmark::RegisterBenchmark("BM_Find_IntTable", BM_Find<Table>));
+    Register(benchmark::RegisterBenchmark("BM_Find_Std<Unordered>", BM_Find<Unordered>));
+    Register(benchmark::RegisterBenchmark("BM_Find_Std<Ordered>", BM_Find<Ordered>));
+    Register(benchmark::RegisterBenchmark("BM_Walk_IntTable", BM_Walk_IntTable));
+    Register(benchmark::RegisterBenchmark("BM_Walk_StdMap", BM_Walk_StdMap));
+    return 0;
+}();
 
 }  // namespace

@@ -208,4 +208,23 @@ TEST(BlockedArrayIter, StopsAtHolesAndTheEnd) {
     }
 }
 
+TEST(BlockedArrayLimits, FrontGrowthOfAHugeSizedArrayKeepsPositionsInRange) {
+    NoLeaks noLeaks;
+    // Blocks of 2^27 elements: the table has 16 free slots, but only 7 of
+    // them fit in front of the array before the end position would pass
+    // the largest int. Bool elements keep the one new block at 128 MiB.
+    cow_1DArray<bool> a(1 << 30);
+    ASSERT_EQ(a.GetShift(), 27);
+    ASSERT_EQ(a.GetCapacity(), 24);
+    a.GetHead() = true;
+    EXPECT_EQ(a.GetSize(), (1 << 30) + 1);
+    EXPECT_EQ(a.GetHeadPosition(), (7 << 27) - 1);
+    EXPECT_EQ(a.GetEndPosition(), INT_MAX - (1 << 27) + 1);
+    EXPECT_TRUE(a.PartialArrayConstGet(0));
+    // The next calls step the head back inside the free slots.
+    a.GetHead() = false;
+    EXPECT_EQ(a.GetHeadPosition(), (7 << 27) - 2);
+    EXPECT_TRUE(a.PartialArrayConstGet(1));
+}
+
 }  // namespace

@@ -9,6 +9,7 @@
 #include <limits>
 #include <optional>
 #include <random>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -232,6 +233,42 @@ TEST(List, StringsSortByTheNaturalOrderSwitch) {
     EXPECT_EQ(natural.Position(cow_String("")), 4) << "a default string equals the empty text";
 
     EXPECT_EQ(GetLengthShortestString(cow_List<cow_String>()), 0u) << "no string: no shortest length either";
+}
+
+// A queue holds the run of ints [front, next). Ten in flight over 2^22
+// appends and as many removals: positions move back by whole blocks instead
+// of the table growing. Then rounds that grow it to 1000 and drain it to 5:
+// its table stays proportional to the most it ever held (without the moves
+// it would reach some 7,500 slots), and copies taken on the way (one also
+// walked by an iterator) keep their elements.
+TEST(ListQueue, MovingPositionsBackKeepsTheTableSmallAndCopiesWhole) {
+    NoLeaks noLeaks;
+    cow_List<int> queue;
+    int front = 0, next = 0, widest = 0;
+    auto step = [&](int keep) {
+        queue.Append(next++);
+        for (; next - front > keep; ++front) queue.RemoveFirst();
+        widest = std::max(widest, queue.GetArray().GetCapacity());
+    };
+    auto holds = [](cow_List<int> const& list, int from, int to) {
+        ASSERT_EQ(list.GetCount(), to - from);
+        for (int i = 0; i < list.GetCount(); ++i) ASSERT_EQ(list.ConstGet(i), from + i) << i;
+    };
+    for (int i = 0; i < (1 << 22); ++i) step(10);
+    EXPECT_EQ(widest, 17) << "the table of the first 16 blocks plus one never grows";
+    EXPECT_LT(queue.GetArray().GetEndPosition(), 17 * 16);
+
+    std::vector<std::tuple<cow_List<int>, int, int>> copies;
+    for (int round = 0; round < 40; ++round) {
+        for (int i = 0; i < 3000; ++i) step(round % 4 == 1 ? 1000 : 5);
+        if (round % 7 == 3) copies.emplace_back(queue, front, next);
+        holds(queue, front, next);
+    }
+    EXPECT_LE(queue.GetArray().GetCapacity(), 200);
+    for (auto const& [copy, from, to] : copies) holds(copy, from, to);
+    int expected = std::get<1>(copies.front());
+    for (cow_ListIter<int> it(std::get<0>(copies.front())); !it.IsDone(); it.Next()) EXPECT_EQ(it.Current(), expected++);
+    EXPECT_EQ(expected, std::get<2>(copies.front()));
 }
 
 }  // namespace

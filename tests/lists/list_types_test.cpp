@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <iterator>
 #include <string>
@@ -80,6 +81,37 @@ TYPED_TEST(ListOf, SearchRemovalAndDifferenceGoByEquality) {
     }
 }
 
+// Elements that sort by `key` alone and carry a tag to tell equal ones
+// apart: one is moved as bytes by the sort, the other by its own moves.
+struct Tagged {
+    int key, tag;
+};
+struct TaggedText {
+    int key;
+    std::string tag;
+};
+template <class E> bool operator<(E const& a, E const& b) { return a.key < b.key; }
+template <class E> bool operator==(E const& a, E const& b) { return a.key == b.key; }
+template <class E> E MakeTagged(int key, int tag) { return E{key, tag}; }
+template <> TaggedText MakeTagged(int key, int tag) { return TaggedText{key, std::to_string(tag)}; }
+
+template <class T> class StableSortOf : public ::testing::Test {};
+using TaggedTypes = ::testing::Types<Tagged, TaggedText>;
+TYPED_TEST_SUITE(StableSortOf, TaggedTypes, ::testing::internal::DefaultNameGenerator);
+
+TYPED_TEST(StableSortOf, EqualElementsKeepTheirOrder) {
+    static_assert(cow_ElementBytewise<Tagged>::value && !cow_ElementBytewise<TaggedText>::value);
+    for (int n : {15, 100}) {  // one run sorted by insertion, and runs merged
+        std::vector<TypeParam> model;
+        for (int i = 0; i < n; ++i) model.push_back(MakeTagged<TypeParam>((i * 7) % 5, i));
+        cow_List<TypeParam> list(model);
+        list.Sort();
+        std::stable_sort(model.begin(), model.end());
+        ASSERT_EQ(list.size(), model.size());
+        for (int i = 0; i < n; ++i) EXPECT_EQ(list[i].tag, model[i].tag) << n << " elements, at " << i;
+    }
+}
+
 template <class T> class ArrayListOf : public ::testing::Test {};
 using ArrayListTypes = ::testing::Types<int, unsigned int, float, double, cow_String>;
 TYPED_TEST_SUITE(ArrayListOf, ArrayListTypes, ::testing::internal::DefaultNameGenerator);
@@ -114,6 +146,7 @@ TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
 
     list.Append(v(10));
     EXPECT_EQ(list.FindLast(v(10)), 4);
+    EXPECT_EQ(list.FindLast(v(0)), 0) << "the first element is searched too";
     EXPECT_EQ(list.FindLast(v(11)), list.GetCount());
     list.RemoveMember(v(10));
     EXPECT_EQ(Contents(list), values({0, 15, 20, 10}));

@@ -8,7 +8,6 @@
 #include <string>
 #include <vector>
 
-#include "support/FaultInjection.h"
 #include "support/NoLeaks.h"
 #include "zorvancow/map/cow_Map.h"
 
@@ -106,39 +105,6 @@ TEST(MapDepth, AChainOnDigitOneIsFreedOnASmallStack) {
             map.Insert(cow_String(key.c_str()), i);
         }
         ASSERT_EQ(map.GetDepth(cow_String(key.c_str())), n - 1);
-    });
-}
-
-#if ZORVANCOW_CHECKED
-TEST(MapCheckedDeathTest, AnIteratorAtItsEndHasNoEntry) {
-    cow_Map<int, int> map;
-    map.Insert(1, 2);
-    cow_ConstMapIterator<int, int> it(map);
-    it.First();
-    it.Next();
-    EXPECT_DEATH(it.CurrentKey(), "^cow_ConstMapIterator::CurrentKey: the iterator is done \\(position 1, count 1\\)\n");
-    EXPECT_DEATH(it.CurrentValue(), "cow_ConstMapIterator::CurrentValue: the iterator is done");
-}
-#endif
-
-TEST(MapFaultInjectionDeathTest, EveryFailedAllocationEndsInOneLine) {
-    testing_support::ExpectEveryAllocationFailureAborts([] {
-        cow_Map<cow_String, cow_List<int>> map;
-        cow_List<int> list;
-        list.Append(1).Append(2);
-        for (int i = 0; i < 12; ++i) map.Insert(cow_String(EvenKey(i * 37).c_str()), list);
-        cow_Map<cow_String, cow_List<int>> copy = map;
-        copy.Get(cow_String(EvenKey(5 * 37).c_str())).Append(3);
-        copy.Remove(cow_String(EvenKey(0).c_str()));
-        cow_Map<int, double> numbers;
-        for (int i = 0; i < 30; ++i) numbers.Insert(i * 5, i);
-        cow_Map<int, double> other = numbers;
-        other.Remove(10);
-        cow_ConstMapSortedIt<int, double> sorted(other);
-        sorted.First();
-        cow_List<int> keys = cow_MapUtils<int, double>::cow_Keys(numbers);
-        testing_support::FaultPause pause;
-        EXPECT_EQ(keys.GetCount(), 30);
     });
 }
 

@@ -3,9 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <random>
 #include <set>
-#include <utility>
 #include <vector>
 
 #include "zorvanbase/omi_BlkBitVect.h"
@@ -81,32 +79,6 @@ TEST(BlkBitVectTrav, VisitsSetBitsOnlyAndFailsWithoutWriting) {
     EXPECT_FALSE(walker.Next(index));
     ASSERT_TRUE(backwards.Prev(index)) << "a new walker's Prev starts at the last bit";
     EXPECT_EQ(index, kTop);
-}
-
-TEST(BlkBitVect, RandomChangesMatchASetModel) {
-    std::mt19937 random(20261123);
-    for (std::uint32_t shift : {6u, 9u, 13u}) {
-        omi_BlkBitVect bits(shift);
-        std::set<std::uint32_t> model;
-        std::vector<std::pair<omi_BlkBitVect, std::set<std::uint32_t>>> snapshots;
-        for (int step = 0; step < 4000; ++step) {
-            // Half the indexes in a dense run, half spread over 2^26 bits.
-            std::uint32_t index = step % 2 == 0 ? random() % 5000 : static_cast<std::uint32_t>(random() >> 6);
-            if (random() % 3 == 0 && !model.empty()) index = *model.lower_bound(index % (*model.rbegin() + 1));
-            if (random() % 3 == 0) {
-                bits.UnsetBit(index);
-                model.erase(index);
-            } else {
-                bits.SetBit(index);
-                model.insert(index);
-            }
-            ASSERT_EQ(bits.count, model.size());
-            ASSERT_EQ(bits.TestBit(index), model.count(index) == 1);
-            if (step % 500 == 0) snapshots.emplace_back(bits, model);
-        }
-        ExpectWalks(bits, model);
-        for (auto const& [copy, expected] : snapshots) ExpectWalks(copy, expected);
-    }
 }
 
 }  // namespace

@@ -54,4 +54,10 @@ TEST(TwoDArray, RowMajorAndCopiedWholeAtTheFirstWrite) {
     EXPECT_EQ(source.ConstGet(0, 2), 1);
 }
 
+TEST(TwoDArray, AZeroExtentAllocatesNoElementsHoweverLargeTheOther) {
+    cow_2DArray<double> wide(0, 1 << 30, 1.0);
+    EXPECT_EQ(wide.GetRep()->data, nullptr);
+    EXPECT_EQ(wide.GetColumns(), 1 << 30);
+}
+
 }  // namespace

@@ -108,17 +108,6 @@ TEST(StandardSequences, ConstructionOperatorsHashAndPrinting) {
     EXPECT_EQ(matrix.Row(2).back(), 5);
 }
 
-TEST(StandardSequences, AtRefusesAnIndexPastTheEnd) {
-    cow_List<int> list{1, 2};
-    cow_Map<int, int> map{{1, 1}};
-    EXPECT_EQ(list.at(1), 2);
-    EXPECT_DEATH((void)list.at(2), "cow_List::at: index 2 is outside 0..1");
-    EXPECT_DEATH((void)cow_1DArray<int>().at(0), "cow_1DArray::at: index 0");
-    EXPECT_DEATH((void)map.at(2), "cow_Map::at: the key is not held");
-    cow_Btree<int, int> tree;
-    EXPECT_DEATH((void)tree.at(2), "cow_Btree::at: the key is not held");
-}
-
 TEST(StandardTree, KeyOrderWalksBothWaysWithStructuredBindings) {
     testing_support::NoLeaks noLeaks;
     std::map<int, std::string> model;

@@ -1,0 +1,184 @@
+// How every family stops: what checked mode refuses and what every build
+// refuses, each one line on standard error naming the class, the operation
+// and the values, then abort(); and a failed allocation anywhere ends in the
+// library's out-of-memory line.
+
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <functional>
+#include <new>
+
+#include "support/FaultInjection.h"
+#include "zorvancow/zorvancow.h"
+
+namespace {
+
+struct Refusal {
+    std::function<void()> call;
+    char const* line;  // a regular expression
+};
+
+void ExpectRefusals(std::initializer_list<Refusal> rows) {
+    for (Refusal const& row : rows) EXPECT_DEATH(row.call(), row.line);
+}
+
+TEST(RefusalDeathTest, PositionsShapesAndTableArgumentsPastTheirLimitsInEveryBuild) {
+    cow_1DArray<int> headOne;
+    headOne.Get(5) = 1;
+    headOne.RemoveHead();
+    ExpectRefusals({
+        {[] { cow_1DArray<bool>(INT_MAX).GetHead(); },
+         "^cow_1DArray::GetHead: the end position would pass 2147483647 \\(end 2147483647\\)\n"},
+        {[&] { headOne.Get(INT_MAX); },
+         "cow_1DArray::Get: the position would pass 2147483647 \\(index 2147483647, head 1\\)"},
+        {[&] { headOne.Grow(INT_MAX); }, "cow_1DArray::Grow: the end position would pass 2147483647"},
+        {[] { cow_2DArray<int>(65536, 65537, 0); },
+         "^cow_2DArray::cow_2DArray: rows x columns overflows int \\(65536 x 65537\\)\n"},
+        {[] { cow_2DArray<cow_String>(2, 1 << 30, cow_String()); }, "rows x columns overflows int \\(2 x 1073741824\\)"},
+        {[] { omi_UintTable<cow_String>(0, 10, 24); },
+         "^omi_UintTable::omi_UintTable: needs a from 1 to 32 and a \\+ b at most 32 \\(a 0, b 10\\)\n"},
+        {[] { omi_UintTable<cow_String>(33, 0, 24); }, "omi_UintTable::omi_UintTable: .* \\(a 33, b 0\\)"},
+        {[] { omi_UintTable<cow_String>(12, 21, 24); }, "omi_UintTable::omi_UintTable: .* \\(a 12, b 21\\)"},
+        {[] { omi_IntTable<cow_String>(20, 13, 1); }, "omi_UintTable::omi_UintTable: .* \\(a 20, b 13\\)"},
+        {[] { omi_BlockedArray<cow_String>(4, 32); },
+         "omi_BlockedArray::omi_BlockedArray: shift out of range \\(shift 32\\)"},
+        // Block number 2^32 - 1 would need 2^32 entries, one more than the
+        // length field can count.
+        {[] { omi_UintTable<cow_String>(32, 0, 1).Insert(0xFFFFFFFFu, cow_String()); },
+         "omi_UintTable::Insert: the table block array would need 2\\^32 entries \\(block number 4294967295\\)"},
+        // at() is checked in every build too.
+        {[] { (void)cow_List<int>{1, 2}.at(2); }, "cow_List::at: index 2 is outside 0..1"},
+        {[] { (void)cow_1DArray<int>().at(0); }, "cow_1DArray::at: index 0"},
+        {[] { (void)cow_Map<int, int>{{1, 1}}.at(2); }, "cow_Map::at: the key is not held"},
+        {[] { (void)cow_Btree<int, int>().at(2); }, "cow_Btree::at: the key is not held"},
+    });
+}
+
+#if ZORVANCOW_CHECKED
+TEST(RefusalDeathTest, CheckedModeStopsEveryBrokenPrecondition) {
+    cow_1DArray<int> four(4), none;
+    cow_1DArray<int> const fourShared(four);
+    cow_List<int> empty, two{1, 2};
+    cow_1DArrayList<int> noElements, three{1, 2, 3};
+    cow_FixedArray<int> fixed(3, 7);
+    cow_2DArray<float> matrix(2, 3, 0.5f);
+    cow_Btree<int, int> tree{{1, 10}};
+    cow_BtreeIterator<int, int> treeDone(tree);
+    treeDone.First(), treeDone.Next();
+    cow_Map<int, int> map{{1, 2}};
+    cow_ConstMapIterator<int, int> mapDone(map);
+    mapDone.First(), mapDone.Next();
+    omi_UintTable<cow_String> table;
+    table.Insert(3, cow_String("x"));
+    omi_UintTableIterator<cow_String> unpositioned(table), tableDone(table);
+    tableDone.First(), tableDone.Next();
+    ExpectRefusals({
+        {[&] { four.Get(-1); }, "^cow_1DArray::Get: negative index \\(index -1, size 4\\)\n"},
+        {[&] { four.PartialArrayConstGet(4); },
+         "cow_1DArray::PartialArrayConstGet: index out of range \\(index 4, size 4\\)"},
+        {[&] { none.PartialArrayConstGet(0); },
+         "cow_1DArray::PartialArrayConstGet: index out of range \\(index 0, size 0\\)"},
+        {[&] { none.RemoveHead(); }, "cow_1DArray::RemoveHead: needs a non-empty array on a private table"},
+        {[&] { four.RemoveHead(); }, "RemoveHead: .* \\(size 4, table shared by 2\\)"},
+        {[&] { four.SetFromArray(nullptr, -1); }, "cow_1DArray::SetFromArray: needs a count of 0 or more"},
+        {[&] { empty.RemoveFirst(); }, "^cow_List::RemoveFirst: the list is empty \\(count 0\\)\n"},
+        {[&] { empty.RemoveLast(); }, "cow_List::RemoveLast: the list is empty \\(count 0\\)"},
+        {[&] { empty.RemoveIndex(0); }, "cow_List::RemoveIndex: needs a non-empty list"},
+        {[&] { two.InsertAfter(3, 9); }, "cow_List::InsertAfter: index out of range \\(index 3, count 2\\)"},
+        {[&] { two.InsertAfter(-2, 9); }, "cow_List::InsertAfter: index out of range \\(index -2, count 2\\)"},
+        {[&] { two.Get(-1); }, "cow_List::Get: negative index \\(index -1, count 2\\)"},
+        {[&] { two.ConstGet(-1); }, "cow_List::ConstGet: index out of range"},
+        {[&] { two.Append(two); }, "cow_List::Append: a list appended to itself \\(count 2\\)"},
+        {[&] { noElements.Pop(); }, "cow_1DArrayList::Pop: the list is empty \\(count 0\\)"},
+        {[&] { noElements.Remove(0); }, "cow_1DArrayList::Remove: needs a non-empty list"},
+        {[&] { three.Slice(-3, 2); }, "cow_1DArrayList::Slice: negative start \\(start -3, stop 2, count 3\\)"},
+        {[&] { three.Insert(4, 0); }, "cow_1DArrayList::Insert: index out of range \\(index 4, count 3\\)"},
+        {[&] { three.Append(three); }, "cow_1DArrayList::Append: a list appended to itself"},
+        {[&] { three.ConstGet(3 + three.GetArray().GetSize()); }, "cow_1DArrayList::ConstGet: index out of range"},
+        {[&] { fixed.Get(3); }, "^cow_FixedArray::Get: index out of range \\(index 3, size 3\\)\n"},
+        {[&] { fixed.ConstGet(-1); }, "cow_FixedArray::ConstGet: index out of range \\(index -1, size 3\\)"},
+        {[&] { matrix.Get(0, 3); }, "cow_2DArray::Get: index out of range \\(row 0, column 3, shape 2 x 3\\)"},
+        {[&] { matrix.ConstGet(2, 0); }, "cow_2DArray::ConstGet: index out of range \\(row 2, column 0, shape 2 x 3\\)"},
+        {[&] { treeDone.CurrentKey(); }, "^cow_BtreeIterator::CurrentKey: the iterator is done"},
+        {[&] { treeDone.CurrentValue(); }, "cow_BtreeIterator::CurrentValue: the iterator is done"},
+        {[&] { treeDone.Next(); }, "cow_BtreeIterator::Next: the iterator is done"},
+        {[&] { treeDone.Previous(); }, "cow_BtreeIterator::Previous: the iterator is done"},
+        {[&] { mapDone.CurrentKey(); },
+         "^cow_ConstMapIterator::CurrentKey: the iterator is done \\(position 1, count 1\\)\n"},
+        {[&] { mapDone.CurrentValue(); }, "cow_ConstMapIterator::CurrentValue: the iterator is done"},
+        {[&] { unpositioned.CurrentKey(); },
+         "^omi_UintTableIterator::CurrentKey: the iterator is done or not positioned"},
+        {[&] { tableDone.CurrentValue(); }, "omi_UintTableIterator::CurrentValue: the iterator is done or not positioned"},
+    });
+    // Ranges that read nothing stay legal.
+    EXPECT_EQ(three.Slice(-3, -5).GetCount() + three.Slice(1, 99).GetCount(), 2);
+}
+#endif
+
+// Every family in one short run, sharing through copies: each allocation on
+// the way is made to fail once.
+TEST(AllocationFailureDeathTest, EveryFailedAllocationEndsInOneLine) {
+    testing_support::ExpectEveryAllocationFailureAborts([] {
+        cow_String const text("pear");
+        cow_List<cow_String> words;
+        for (int i = 0; i < 20; ++i) words.Append(i % 2 ? text : cow_String("fig"));
+        cow_List<cow_String> copy = words;
+        copy.Prepend(text).RemoveFirst().RemoveIndex(3).InsertAfter(5, text).Sort();
+        cow_List<cow_String> rest = words - copy;
+        cow_List<cow_1DArrayList<int>> nested;
+        cow_1DArrayList<int> inner{1, 2, 3};
+        for (int i = 0; i < 20; ++i) nested.Append(inner);
+        cow_List<cow_1DArrayList<int>> other = nested;
+        other.Get(3).Append(7);
+        other.RemoveLast().Clear();
+        int size = 0;
+        delete[] inner.GetCArray(size);
+
+        cow_FixedArray<cow_String> row(6, text), rowCopy = row;
+        rowCopy.Get(2) = cow_String();
+        cow_2DArray<cow_String> grid(3, 4, text), gridCopy = grid;
+        gridCopy.Get(2, 3) = cow_String();
+
+        cow_Btree<int, int> tree;
+        for (int i = 0; i < 40; ++i) tree.InsertUnlessMember((i * 37) % 101, i);
+        cow_Btree<int, int> treeCopy = tree;
+        treeCopy.Remove(37);
+        *treeCopy.Get(74) = 5;
+        delete treeCopy.Copy();
+        cow_List<int> keys = cow_BtreeUtils<int, int>::cow_Keys(treeCopy);
+
+        cow_Map<cow_String, cow_List<int>> map;
+        for (int i = 0; i < 12; ++i) map.Insert(cow_String(std::string(1 + i % 5, static_cast<char>('a' + i)).c_str()), keys);
+        cow_Map<cow_String, cow_List<int>> mapCopy = map;
+        mapCopy.Get(cow_String("ccc")).Append(3);
+        mapCopy.Remove(cow_String("a"));
+        cow_ConstMapSortedIt<cow_String, cow_List<int>> sorted(mapCopy);
+        sorted.First();
+        cow_List<cow_String> mapKeys = cow_MapUtils<cow_String, cow_List<int>>::cow_Keys(map);
+
+        // The storage of the first table is the test's own allocation; what
+        // its constructor allocates is the library's.
+        void* storage;
+        {
+            testing_support::FaultPause pause;
+            storage = ::operator new(sizeof(omi_IntTable<cow_String>));
+        }
+        cow_COW<omi_IntTable<cow_String>> shared(new (storage) omi_IntTable<cow_String>(20, 4, 2));
+        for (int key : {-70000, -3, 0, 5, 4096, 1 << 20, 1 << 30}) shared.Get().Insert(key, text);
+        cow_COW<omi_IntTable<cow_String>> tableCopy = shared;
+        tableCopy.Get().Remove(5);
+        omi_IntTableIterator<cow_String> walk(*tableCopy.ConstGet());
+        int seen = 0;
+        for (walk.First(); !walk.IsDone(); walk.Next()) ++seen;
+        omi_UintTableIterator<cow_String> byCallback(tableCopy.ConstGet()->GetNonNegative(),
+                                                     [](void const*, void const*) { return 0; });
+        byCallback.First();
+
+        testing_support::FaultPause pause;
+        EXPECT_EQ(copy.GetCount() + rest.GetCount(), 20);
+        EXPECT_EQ(keys.GetCount() + mapKeys.GetCount() + seen, 39 + 12 + 6);
+    });
+}
+
+}  // namespace
