@@ -151,17 +151,23 @@ private:
         });
     }
     // The next greater (Forward) or smaller key: the tree's in-order step on
-    // the whole path, or in deep mode one search from the root for the
-    // current key, noting the last node where the search turned away from the
-    // step's side: that node is the neighbour unless the current node has a
-    // subtree on that side.
+    // the whole path.
     template <bool Forward>
     void Step() {
-        if (!deep) {
-            FullPath path{{*this}};
-            cow_detail::BtreeStep<Forward>(path);
+        if (deep) {
+            SearchStep<Forward>();
             return;
         }
+        FullPath path{{*this}};
+        cow_detail::BtreeStep<Forward>(path);
+    }
+    // The same step in deep mode: one search from the root for the current
+    // key, noting the last node where the search turned away from the step's
+    // side; that node is the neighbour unless the current node has a subtree
+    // on that side. Kept out of line, so that the common step inlines into
+    // the caller's loop.
+    template <bool Forward>
+    __attribute__((noinline)) void SearchStep() {
         Node const* neighbour = nullptr;
         auto const note = [&neighbour](Node const* node, bool right) {
             if (right != Forward) neighbour = node;

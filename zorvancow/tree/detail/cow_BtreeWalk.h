@@ -17,7 +17,7 @@ namespace cow_detail {
 // writing walk, which makes it private, or through ConstGet for a reading
 // one; a walk that keeps its path records each step there.
 template <class K, class Node, class Down>
-Node* BtreeSearch(Node* node, K const& key, Down down) {
+inline Node* BtreeSearch(Node* node, K const& key, Down down) {
     while (node != nullptr) {
         std::int32_t const c = cow_KeyOrder<K>::Compare(key, node->GetKey());
         if (c == 0) return node;
@@ -38,14 +38,14 @@ Node* BtreeSearch(Node* node, K const& key, Down down) {
 // Goes down from the top along one side as far as it leads: to the smallest
 // key below (left) or the greatest (right).
 template <bool Right, class Path>
-void BtreeDescend(Path& path) {
+inline void BtreeDescend(Path& path) {
     while (auto next = Path::Child(path.Top(), Right)) path.Push(next);
 }
 
 // To the first key (left) or the last (right) under `root`; the path is left
 // as it was when `root` is null.
 template <bool Right, class Path>
-void BtreeEdge(Path& path, typename Path::Link root) {
+inline void BtreeEdge(Path& path, typename Path::Link root) {
     if (root == nullptr) return;
     path.Push(root);
     BtreeDescend<Right>(path);
@@ -54,7 +54,7 @@ void BtreeEdge(Path& path, typename Path::Link root) {
 // To the next greater key (Forward) or the next smaller one, or to an empty
 // path past the last or the first. Needs a current node.
 template <bool Forward, class Path>
-void BtreeStep(Path& path) {
+inline void BtreeStep(Path& path) {
     if (auto down = Path::Child(path.Top(), Forward)) {
         path.Push(down);
         BtreeDescend<!Forward>(path);
