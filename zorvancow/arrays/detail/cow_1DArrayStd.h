@@ -4,8 +4,9 @@
 // The standard interface of the blocked array, shared with the lists that
 // sit on it: a random-access iterator that steps inside a block and reads
 // the table once per block, a block-wise walk that hands out contiguous
-// spans, and the members of cow_1DArray declared in its class beyond those
-// of arrays/detail/cow_BlockSequence.h.
+// spans, and begin(array)/end(array) as free functions (the array's field
+// `end` takes the member's name). Its constructors from values and ranges
+// are in arrays/cow_1DArray.h.
 //
 // Iterators read only: they give const references and never unshare. They
 // point into the blocks of the value they came from and do not hold a count,

@@ -2,8 +2,9 @@
 #define ZORVANCOW_MAP_DETAIL_COW_MAPSTD_H
 
 // The standard interface of the map: forward iterators over a snapshot, in
-// the node walk's order or sorted by key, the members declared in cow_Map,
-// == and printing.
+// the node walk's order or sorted by key, == and printing. The members that
+// use them (begin, find, Sorted, at, the constructors from ranges) are in
+// map/cow_Map.h.
 //
 // begin() takes a snapshot, as cow_ConstMapIterator does: one more holder of
 // the map's tree and one array of count + 1 node pointers, shared by all
@@ -19,12 +20,9 @@
 // Until that step it is invalidated by any write to the map, like a
 // reference from ConstGet.
 
-#include <cstddef>
 #include <iterator>
 
 #include "zorvancow/core/cow_COW.h"
-#include "zorvancow/core/cow_Element.h"
-#include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
 
 template <class K, class V>

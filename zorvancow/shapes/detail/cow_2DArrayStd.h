@@ -1,8 +1,7 @@
 #ifndef ZORVANCOW_SHAPES_DETAIL_COW_2DARRAYSTD_H
 #define ZORVANCOW_SHAPES_DETAIL_COW_2DARRAYSTD_H
 
-// The standard interface of the matrix: the members declared in its class.
-// Rows are contiguous: Row(r) is a cow_Span of its elements, and begin()/end()
+// The matrix's rows as a range. Rows are contiguous: Row(r) is a cow_Span of its elements, and begin()/end()
 // walk all elements row by row. Both are plain pointers to const elements of
 // the representation this matrix holds, valid while it lives (see
 // cow_FixedArray: assignment, destruction and a Get on a shared matrix end

@@ -1,8 +1,9 @@
 #ifndef ZORVANCOW_SHAPES_DETAIL_COW_FIXEDARRAYSTD_H
 #define ZORVANCOW_SHAPES_DETAIL_COW_FIXEDARRAYSTD_H
 
-// The standard interface of the fixed array: the members declared in its
-// class, ordering, printing and std::hash (its == and != are its own).
+// The fixed array as a standard sequence: ordering, printing and std::hash
+// (its == and != are its own; its constructors from values and ranges and
+// at() are in shapes/cow_FixedArray.h).
 //
 // Its iterators are plain pointers to const elements of the representation
 // it holds, so standard algorithms run at the speed of an array. They stay

@@ -2,7 +2,8 @@
 #define ZORVANCOW_TREE_DETAIL_COW_BTREESTD_H
 
 // The standard interface of the tree: a bidirectional iterator in key order,
-// the members declared in cow_Btree, == and printing.
+// == and printing (the constructors from ranges and at() are in
+// tree/cow_Btree.h).
 //
 // The iterator gives each entry as a cow_Entry (`first` the key, `second`
 // the value, both const references into the node), so that
@@ -13,11 +14,8 @@
 // Remove, Get, assignment, destruction) invalidates it. Writes to other
 // trees that share nodes with it are harmless, since they copy their own path.
 
-#include <cstddef>
 #include <iterator>
 
-#include "zorvancow/core/cow_Element.h"
-#include "zorvancow/core/cow_Export.h"
 #include "zorvancow/core/cow_Std.h"
 #include "zorvancow/tree/detail/cow_BtreeWalk.h"
 
