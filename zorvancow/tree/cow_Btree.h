@@ -129,17 +129,13 @@ public:
 private:
     friend class cow_Btree<K, V>;
 
-    // The two ways a search steps down to the child on one side (null when
-    // there is none): through Get, which makes the child private, for the
-    // writing Find, or through ConstGet, which reads only.
-    static cow_BtreeNode* WriteChild(cow_BtreeNode* node, bool toRight) {
-        Handle* link = toRight ? node->right : node->left;
-        return link != nullptr ? &link->Get() : nullptr;
-    }
-    static cow_BtreeNode const* ReadChild(cow_BtreeNode const* node, bool toRight) {
-        Handle const* link = toRight ? node->right : node->left;
-        return link != nullptr ? link->ConstGet() : nullptr;
-    }
+    // How a search steps down (tree/detail/cow_BtreeWalk.h): the link on one
+    // side, and the node behind it through Get, which makes it private, for
+    // the writing Find, or through ConstGet, which reads only.
+    static Handle* Link(cow_BtreeNode* node, bool toRight) { return toRight ? node->right : node->left; }
+    static Handle const* ConstLink(cow_BtreeNode const* node, bool toRight) { return toRight ? node->right : node->left; }
+    static cow_BtreeNode* Enter(Handle* link) { return &link->Get(); }
+    static cow_BtreeNode const* ConstEnter(Handle const* link) { return link->ConstGet(); }
 
     // The single rotation of Balance: the child on the `heavy` side (made
     // private) moves up in place of this node, which takes the child's
@@ -524,12 +520,12 @@ void cow_BtreeNode<K, V>::RemoveNode(cow_BtreeNode* node, Handle* replacement) {
 // differ in how they step down a link.
 template <class K, class V>
 cow_BtreeNode<K, V>* cow_BtreeNode<K, V>::Find(K const& key_) {
-    return cow_detail::BtreeSearch(this, key_, &WriteChild);
+    return cow_detail::BtreeSearch(this, key_, &Link, &Enter);
 }
 
 template <class K, class V>
 cow_BtreeNode<K, V> const* cow_BtreeNode<K, V>::ConstFind(K const& key_) const {
-    return cow_detail::BtreeSearch(this, key_, &ReadChild);
+    return cow_detail::BtreeSearch(this, key_, &ConstLink, &ConstEnter);
 }
 
 // ---------------------------------------------------------------------------
@@ -634,13 +630,13 @@ typename cow_Btree<K, V>::Handle* cow_Btree<K, V>::RebuiltLink(Handle const* lin
 template <class K, class V>
 typename cow_Btree<K, V>::Node* cow_Btree<K, V>::Find(K const& key) {
     if (root == nullptr) return nullptr;
-    return cow_detail::BtreeSearch(&root->Get(), key, &Node::WriteChild);
+    return cow_detail::BtreeSearch(&root->Get(), key, &Node::Link, &Node::Enter);
 }
 
 template <class K, class V>
 typename cow_Btree<K, V>::Node const* cow_Btree<K, V>::ConstFind(K const& key) const {
     if (root == nullptr) return nullptr;
-    return cow_detail::BtreeSearch(root->ConstGet(), key, &Node::ReadChild);
+    return cow_detail::BtreeSearch(root->ConstGet(), key, &Node::ConstLink, &Node::ConstEnter);
 }
 
 // ---------------------------------------------------------------------------

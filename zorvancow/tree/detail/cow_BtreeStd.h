@@ -81,8 +81,9 @@ private:
     Node const* Root() const {
         return tree != nullptr && tree->GetRoot() != nullptr ? tree->GetRoot()->ConstGet() : nullptr;
     }
+    static auto const* LinkOf(Node const* node, bool right) { return right ? node->GetRight() : node->GetLeft(); }
     static Node const* Child(Node const* node, bool right) {
-        auto const* link = right ? node->GetRight() : node->GetLeft();
+        auto const* link = LinkOf(node, right);
         return link != nullptr ? link->ConstGet() : nullptr;
     }
 
@@ -140,12 +141,12 @@ private:
         if (!Start()) return;
         OnPath([this, &key](auto& path) {
             path.Push(Root());
-            auto const keep = [&path](Node const* node, bool right) {
-                Node const* child = Child(node, right);
-                if (child != nullptr) path.Push(child);
-                return child;
+            auto const keep = [&path](auto const* link) {
+                Node const* node = link->ConstGet();
+                path.Push(node);
+                return node;
             };
-            if (cow_detail::BtreeSearch(Root(), key, keep) == nullptr) depth = 0;
+            if (cow_detail::BtreeSearch(Root(), key, &LinkOf, keep) == nullptr) depth = 0;
         });
     }
     // The next greater (Forward) or smaller key: the tree's in-order step on
@@ -169,9 +170,10 @@ private:
         Node const* neighbour = nullptr;
         auto const note = [&neighbour](Node const* node, bool right) {
             if (right != Forward) neighbour = node;
-            return Child(node, right);
+            return LinkOf(node, right);
         };
-        Node const* current = cow_detail::BtreeSearch(Root(), Current()->GetKey(), note);
+        auto const enter = [](auto const* link) { return link->ConstGet(); };
+        Node const* current = cow_detail::BtreeSearch(Root(), Current()->GetKey(), note, enter);
         NodePath path{{*this}};
         depth = 0;
         if (Node const* down = current != nullptr ? Child(current, Forward) : nullptr) {

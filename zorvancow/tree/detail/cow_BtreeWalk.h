@@ -11,19 +11,21 @@
 #include "zorvancow/core/cow_Element.h"
 
 namespace cow_detail {
-// The search: from `node` down to the node holding `key`, or null. The key
-// order is cow_KeyOrder<K>. `down(node, right)` gives the child of `node` on
-// the right (true) or left side, null when there is none: through Get for a
+// The search: from `node` (not null) down to the node holding `key`, or
+// null. The key order is cow_KeyOrder<K>. `down(node, right)` gives the link
+// to the child of `node` on the right (true) or left side, null when there
+// is none, and `enter(link)` the node behind a link: through Get for a
 // writing walk, which makes it private, or through ConstGet for a reading
 // one; a walk that keeps its path records each step there.
-template <class K, class Node, class Down>
-inline Node* BtreeSearch(Node* node, K const& key, Down down) {
-    while (node != nullptr) {
+template <class K, class Node, class Down, class Enter>
+inline Node* BtreeSearch(Node* node, K const& key, Down down, Enter enter) {
+    for (;;) {
         std::int32_t const c = cow_KeyOrder<K>::Compare(key, node->GetKey());
         if (c == 0) return node;
-        node = down(node, c > 0);
+        auto const link = down(node, c > 0);
+        if (link == nullptr) return nullptr;
+        node = enter(link);
     }
-    return nullptr;
 }
 
 // The in-order steps work on the path from the root to the current node,
