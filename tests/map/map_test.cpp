@@ -186,10 +186,7 @@ TEST(MapIterator, NodeWalkVisitsDigitZeroSidesFirstAndTheListsComeInItsOrder) {
     ASSERT_EQ(keys.GetCount() * 10 + values.GetCount(), 88);
     for (int i = 0; i < 8; ++i) EXPECT_EQ(values.ConstGet(i).ConstGet(0) + keys.ConstGet(i), order[i] * 11);
 
-    // Rows the library does not export build the same way in the caller.
-    cow_Map<cow_String, cow_List<int>> lists;
-    lists.Insert(cow_String("a"), cow_List<int>().Append(1));
-    EXPECT_EQ((cow_MapUtils<cow_String, cow_List<int>>::cow_Values(lists).ConstGet(0).ConstGet(0)), 1);
+    // A row the library does not export builds the same way in the caller.
     cow_Map<unsigned int, int> unsignedKeys;
     unsignedKeys.Insert(0x80000000u, 1);
     EXPECT_EQ(Walk(cow_ConstMapIterator<unsigned int, int>(unsignedKeys)), std::vector<int>{int(0x80000000u)});
