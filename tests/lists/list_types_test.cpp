@@ -10,17 +10,13 @@
 #include <vector>
 
 #include "support/NoLeaks.h"
-#include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 
 namespace {
 
 using testing_support::NoLeaks;
 
-// Element i of a run of distinct values, and values in ascending order with
-// the ends of each type's range (strings go by bytes while natural order is off).
-template <class T> T Make(int i) { return static_cast<T>(i); }
-template <> cow_String Make(int i) { return cow_String(std::to_string(i).c_str()); }
+// Values in ascending order with the ends of each type's range (strings go by bytes while natural order is off).
 template <class T> std::vector<T> Ascending() { return {T(-1.5), T(0), T(2.5), T(1e30)}; }
 template <> std::vector<int> Ascending() { return {INT_MIN, -1, 0, 1, INT_MAX}; }
 template <> std::vector<unsigned int> Ascending() { return {0u, 1u, 0x7FFFFFFFu, 0x80000000u, 0xFFFFFFFFu}; }
@@ -60,27 +56,6 @@ TYPED_TEST(ListOf, SortOrdersByTheElementTypeIntoStorageOfItsOwn) {
     for (int s = 0; s < list.GetArray().GetCapacity(); ++s) EXPECT_LE(list.GetArray().GetBlockCount(s), 1);
 }
 
-TYPED_TEST(ListOf, SearchRemovalAndDifferenceGoByEquality) {
-    NoLeaks noLeaks;
-    std::vector<TypeParam> const up = Ascending<TypeParam>();
-    TypeParam const a = up[0], b = up[1];
-    auto of = [](std::vector<TypeParam> const& values) { return cow_List<TypeParam>(values); };
-    auto list = of({b, a, b, a});
-    EXPECT_EQ(list.Position(a), 1);
-    EXPECT_TRUE(list.IsMember(b));
-    EXPECT_EQ(Contents(list - of({b})), Contents(of({a, a})))
-        << "every equal element goes, the others keep order and duplicates";
-    list.Remove(b).AppendUnlessMember(a);
-    EXPECT_EQ(Contents(list), Contents(of({a, b, a})));
-    EXPECT_TRUE(list.IsEqual(of({a, b, a})));
-    EXPECT_FALSE(list.IsEqual(of({a, b, b})));
-    EXPECT_FALSE(list.IsEqual(of({a, b}))) << "a prefix is not equal";
-    if (up.size() > 2) {
-        EXPECT_EQ(list.Position(up[2]), -1);
-        EXPECT_EQ(list.AppendUnlessMember(up[2]).GetCount(), 4);
-    }
-}
-
 // Elements that sort by `key` alone and carry a tag to tell equal ones
 // apart: one is moved as bytes by the sort, the other by its own moves.
 struct Tagged {
@@ -110,51 +85,6 @@ TYPED_TEST(StableSortOf, EqualElementsKeepTheirOrder) {
         ASSERT_EQ(list.size(), model.size());
         for (int i = 0; i < n; ++i) EXPECT_EQ(list[i].tag, model[i].tag) << n << " elements, at " << i;
     }
-}
-
-template <class T> class ArrayListOf : public ::testing::Test {};
-using ArrayListTypes = ::testing::Types<int, unsigned int, float, double, cow_String>;
-TYPED_TEST_SUITE(ArrayListOf, ArrayListTypes, ::testing::internal::DefaultNameGenerator);
-
-TYPED_TEST(ArrayListOf, EditingAtAndBeyondTheCount) {
-    NoLeaks noLeaks;
-    auto const v = [](int i) { return Make<TypeParam>(i); };
-    cow_1DArrayList<TypeParam> list;
-    EXPECT_EQ(list.FindFirst(v(3)), 0) << "not found is the count";
-    for (int i : {0, 10, 20, 30, 40}) list.Append(v(i));
-    list.Insert(0, v(1));
-    list.Insert(3, v(15));
-    list.Insert(list.GetCount(), v(99));
-    auto const values = [&](std::vector<int> const& ints) {
-        std::vector<TypeParam> out;
-        for (int i : ints) out.push_back(v(i));
-        return Contents(out);
-    };
-    EXPECT_EQ(Contents(list), values({1, 0, 10, 15, 20, 30, 40, 99}));
-    EXPECT_TRUE(list.Remove(100)) << "beyond the count: the last element goes";
-    EXPECT_TRUE(list.Remove(list.GetCount())) << "at the count likewise";
-    list.Remove(0);
-    EXPECT_EQ(Plain(list.Pop()), Plain(v(30)));
-    EXPECT_EQ(Contents(list), values({0, 10, 15, 20}));
-    EXPECT_EQ(Plain(list.ConstGet(7)), Plain(TypeParam())) << "vacated slots hold the zero value";
-
-    EXPECT_EQ(Contents(list.Slice(1, 100)), values({10, 15, 20}));
-    EXPECT_EQ(list.Slice(2, 2).GetCount() + list.Slice(3, 1).GetCount() + list.Slice(6, 9).GetCount(), 0);
-    cow_1DArrayList<TypeParam> out{v(7)};
-    list.Slice(1, 3, out);
-    EXPECT_EQ(Contents(out), values({10, 15}));
-
-    list.Append(v(10));
-    EXPECT_EQ(list.FindLast(v(10)), 4);
-    EXPECT_EQ(list.FindLast(v(0)), 0) << "the first element is searched too";
-    EXPECT_EQ(list.FindLast(v(11)), list.GetCount());
-    list.RemoveMember(v(10));
-    EXPECT_EQ(Contents(list), values({0, 15, 20, 10}));
-
-    int size = -1;
-    TypeParam* plain = list.GetCArray(size);
-    EXPECT_EQ(Contents(std::vector<TypeParam>(plain, plain + size)), Contents(list));
-    delete[] plain;
 }
 
 }  // namespace
