@@ -21,10 +21,10 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
-#include "zorvancow/core/cow_Lifecycle.h"
 #include "zorvancow/core/cow_String.h"
 #include "zorvanmem/mem_Heap.h"
 #include "zorvanstr/atr_String.h"
@@ -103,39 +103,23 @@ inline std::string PickText(Input& in) {
     return text;
 }
 
-// The element types a stream runs with. Each element is made from a number
-// n >= 0 and read back to it, so every model holds plain numbers and shares
-// nothing with the values it checks. 0 makes the zero element (what a slot
-// that was never written holds), and the numbers order as their elements do,
-// in every order the library uses (texts are of one length, so natural and
-// byte order agree). Another element type needs only its own Element<T>.
-inline std::string NumberText(int n) { return n == 0 ? std::string() : "v" + std::to_string(100000 + n); }
-inline int TextNumber(char const* text) { return *text == 0 ? 0 : std::atoi(text + 1) - 100000; }
-
-template <class T>
-struct Element;
-template <>
-struct Element<int> {
-    static int Make(int n) { return n; }
-    static int Number(int value) { return value; }
-};
-template <>
-struct Element<cow_String> {
-    static cow_String Make(int n) { return n == 0 ? cow_String() : cow_String(NumberText(n).c_str()); }
-    static int Number(cow_String const& value) { return TextNumber(value.GetCString()); }
-};
-template <>
-struct Element<std::string> {
-    static std::string Make(int n) { return NumberText(n); }
-    static int Number(std::string const& value) { return TextNumber(value.c_str()); }
-};
+// The element types a stream runs with: int, cow_String and std::string.
+// Each element is made from a number n >= 0 and read back to it, so every
+// model holds plain numbers and shares nothing with the values it checks. 0
+// makes the zero element (what a slot that was never written holds), and the
+// numbers order as their elements do, in every order the library uses (texts
+// are of one length, so natural and byte order agree).
+inline char const* Text(cow_String const& text) { return text.GetCString(); }
+inline char const* Text(std::string const& text) { return text.c_str(); }
 template <class T>
 T Make(int n) {
-    return Element<T>::Make(n);
+    if constexpr (std::is_same<T, int>::value) return n;
+    else return n == 0 ? T() : T(("v" + std::to_string(100000 + n)).c_str());
 }
 template <class T>
 int Number(T const& value) {
-    return Element<T>::Number(value);
+    if constexpr (std::is_same<T, int>::value) return value;
+    else return *Text(value) == 0 ? 0 : std::atoi(Text(value) + 1) - 100000;
 }
 
 // An element against its number, and a sequence (anything with GetCount
@@ -152,17 +136,68 @@ bool Same(Sequence const& value, Model const& model) {
     return true;
 }
 
+// A walk from First shows exactly the model's entries, in order, each
+// checked by `same(it, entry)`.
+template <class Iterator, class Model, class SameEntry>
+void InOrder(Iterator&& it, Model const& model, SameEntry same) {
+    auto at = std::begin(model);
+    for (it.First(); !it.IsDone(); it.Next(), ++at) FUZZ_CHECK(at != std::end(model) && same(it, *at));
+    FUZZ_CHECK(at == std::end(model));
+}
+
+// Slot a takes slot b's value (sharing its storage) and model.
+template <class Value, class Model, std::size_t N>
+void Share(Value (&values)[N], Model (&models)[N], int a, int b) {
+    values[a] = values[b];
+    models[a] = models[b];
+}
+
+// A list of elements made from its model, and, half of the time when
+// `from` has elements, one of them instead, shared with it.
+template <class List, class T = std::decay_t<decltype(std::declval<List&>().Get(0))>>
+List MakeList(std::vector<int> const& model) {
+    List list;
+    for (int v : model) list.Append(Make<T>(v));
+    return list;
+}
+template <class Value, class Model, class From, class FromModel>
+void MaybeTake(Input& in, Value& value, Model& model, From const& from, FromModel const& fromModel) {
+    if (fromModel.empty() || in.Below(2) != 0) return;
+    int const j = in.Below(static_cast<int>(fromModel.size()));
+    value = from.ConstGet(j);
+    model = fromModel[static_cast<std::size_t>(j)];
+}
+
+// A write inside an array list, beside its model: remove, pop or insert.
+template <class List>
+void EditList(List& list, std::vector<int>& model, Input& in, int value) {
+    using T = std::decay_t<decltype(list.Get(0))>;
+    int const n = static_cast<int>(model.size());
+    if (n > 0 && in.Below(3) == 0) {
+        int const at = in.Below(n);
+        list.Remove(at);
+        model.erase(model.begin() + at);
+    } else if (n > 0 && in.Below(2) == 0) {
+        FUZZ_CHECK(Number(list.Pop()) == model.back());
+        model.pop_back();
+    } else if (n < 200) {
+        int const at = in.Below(n + 1);
+        list.Insert(at, Make<T>(value));
+        model.insert(model.begin() + at, value);
+    }
+}
+
 // Iterators held across steps, each beside the model of its value when it
 // was taken: walked after every step, it must still show that value. With
 // `most` held, taking one more drops one the input picks.
-template <class Iterator, class Model>
+template <class Iterator, class Model, int most = 4>
 struct Snapshots {
     std::vector<std::pair<std::unique_ptr<Iterator>, Model>> held;
 
-    template <class Value>
-    void Take(Input& in, Value const& value, Model const& model, int most = 4) {
+    template <class... Args>
+    void Take(Input& in, Model const& model, Args const&... args) {
         if (static_cast<int>(held.size()) >= most) held.erase(held.begin() + in.Below(most));
-        held.emplace_back(std::make_unique<Iterator>(value), model);
+        held.emplace_back(std::make_unique<Iterator>(args...), model);
     }
 };
 
@@ -200,13 +235,6 @@ void Wander(Iterator&& it, Model const& model, Input& in, Same same) {
     }
 }
 
-// The library is started once per process and never stopped: no container
-// operation depends on that state.
-inline void StartLibrary() {
-    static int started = 0;
-    if (started == 0) cow_initialize(started);
-}
-
 // Does nothing after a step: the default of Run's hook.
 struct NoHook {
     template <class State>
@@ -239,17 +267,5 @@ void Run(std::uint8_t const* data, std::size_t size, After after = {}) {
 }
 
 }  // namespace fuzz
-
-// The libFuzzer entry points of a target: the library started once, and
-// each input handed to `run`.
-#define ZORVANCOW_FUZZ_TARGET(run)                                                      \
-    extern "C" int LLVMFuzzerInitialize(int*, char***) {                                \
-        fuzz::StartLibrary();                                                           \
-        return 0;                                                                       \
-    }                                                                                   \
-    extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) { \
-        run(data, size);                                                                \
-        return 0;                                                                       \
-    }
 
 #endif

@@ -47,11 +47,12 @@ int FirstIndex(Model const& model, Value const& value) {
 }
 
 // A list against its model; every slot of its array from the count on holds
-// the zero element.
+// the zero element (an empty list, in a list of lists).
 template <class List, class Model>
 void CheckList(List const& list, Model const& model) {
     FUZZ_CHECK(Same(list, model));
-    for (int i = list.GetCount(); i < list.GetArray().GetSize(); ++i) FUZZ_CHECK(Number(list.ConstGet(i)) == 0);
+    for (int i = list.GetCount(); i < list.GetArray().GetSize(); ++i)
+        FUZZ_CHECK(Same(list.ConstGet(i), typename Model::value_type()));
 }
 
 template <class T>
@@ -87,9 +88,7 @@ void CheckWalk(cow_1DArrayIter<T>& it, ArrayModel const& model) {
 // A list walk shows exactly the model, in order.
 template <class Iterator, class Model>
 void CheckWalk(Iterator& it, Model const& model) {
-    std::size_t i = 0;
-    for (it.First(); !it.IsDone(); it.Next(), ++i) FUZZ_CHECK(i < model.size() && Number(it.Current()) == model[i]);
-    FUZZ_CHECK(i == model.size());
+    InOrder(it, model, [](Iterator& at, int v) { return Number(at.Current()) == v; });
 }
 
 template <class T>
@@ -126,9 +125,7 @@ struct Lists {
             CheckArray(arrays[s], arrayModels[s]);
             CheckList(lists[s], listModels[s]);
             CheckList(flats[s], flatModels[s]);
-            FUZZ_CHECK(Same(nested[s], nestedModels[s]));
-            for (int i = nested[s].GetCount(); i < nested[s].GetArray().GetSize(); ++i)
-                FUZZ_CHECK(nested[s].ConstGet(i).GetCount() == 0);
+            CheckList(nested[s], nestedModels[s]);
         }
         for (auto& [it, model] : arrayWalks.held) CheckWalk(*it, model);
         for (auto& [it, model] : listWalks.held) CheckWalk(*it, model);
@@ -178,13 +175,8 @@ struct Lists {
                 model = ArrayModel();
                 model.size = array.GetSize();
                 break;
-            case 4:
-                array = arrays[b];
-                model = arrayModels[b];
-                break;
-            case 5:
-                arrayWalks.Take(in, array, model);
-                break;
+            case 4: Share(arrays, arrayModels, a, b); break;
+            case 5: arrayWalks.Take(in, model, array); break;
             case 6:  // drop the first position, as a list's RemoveFirst does
                 if (model.size == 0) break;
                 array.Get(0) = Make<T>(0);
@@ -245,10 +237,9 @@ struct Lists {
         } else if (op == 6) {
             FUZZ_CHECK(list.IsEqual(values[b]) == (model == models[b]));
         } else if (op == 7) {
-            list = values[b];
-            model = models[b];
+            Share(values, models, a, b);
         } else if (op == 8) {
-            walks.Take(in, list, model);
+            walks.Take(in, model, list);
         } else if (op > 8) {
             Special(list, model, in, op, value, b);
         }
@@ -301,15 +292,15 @@ struct Lists {
             if (first >= 0) model.erase(model.begin() + first);
         } else if (op == 11) {
             int const start = in.Below(count + 2), stop = in.Below(count + 4);
-            std::vector<int> expected;
-            for (int i = start; i < std::min(stop, count); ++i) expected.push_back(model[static_cast<std::size_t>(i)]);
-            CheckList(list.Slice(start, stop), expected);
+            auto slice = [&](std::vector<int> const& from) {
+                std::vector<int> part;
+                for (int i = start; i < std::min(stop, static_cast<int>(from.size())); ++i) part.push_back(from[static_cast<std::size_t>(i)]);
+                return part;
+            };
+            CheckList(list.Slice(start, stop), slice(model));
             // Into a value that shares storage with another slot.
             flats[b].Slice(start, stop, list);
-            std::vector<int> const source = flatModels[b];
-            model.clear();
-            for (int i = start; i < std::min(stop, static_cast<int>(source.size())); ++i)
-                model.push_back(source[static_cast<std::size_t>(i)]);
+            model = slice(flatModels[b]);
         } else if (op == 12) {
             int size = -1;
             T* copy = list.GetCArray(size);
@@ -329,79 +320,37 @@ struct Lists {
         bool const full = count >= 100;
         // The element to add: a fresh list, or one shared with another slot.
         std::vector<int> fresh(static_cast<std::size_t>(in.Below(20)), value);
-        Inner element;
-        for (int v : fresh) element.Append(Make<T>(v));
-        if (!nestedModels[b].empty() && in.Below(2) == 0) {
-            int const j = in.Below(static_cast<int>(nestedModels[b].size()));
-            element = nested[b].ConstGet(j);
-            fresh = nestedModels[b][static_cast<std::size_t>(j)];
-        }
-        switch (in.Below(9)) {
-            case 0:
-                if (full) break;
-                list.Append(element);
-                model.push_back(fresh);
-                break;
-            case 1:
-                if (full) break;
-                list.Prepend(element);
-                model.insert(model.begin(), fresh);
-                break;
-            case 2: {
-                if (full) break;
-                int const after = in.Below(count + 2) - 1;
-                list.InsertAfter(after, element);
-                model.insert(model.begin() + std::min(after + 1, count), fresh);
-                break;
-            }
-            case 3:
-                if (count == 0) break;
-                if (in.Below(2) == 0) {
-                    list.RemoveFirst();
-                    model.erase(model.begin());
-                } else {
-                    int const at = in.Below(count);
-                    list.RemoveIndex(at);
-                    model.erase(model.begin() + at);
-                }
-                break;
-            case 4: {  // write inside one element: only this list sees it
-                if (count == 0) break;
-                int const i = in.Below(count);
-                Inner& inner = list.Get(i);
-                std::vector<int>& innerModel = model[static_cast<std::size_t>(i)];
-                int const n = static_cast<int>(innerModel.size());
-                if (n > 0 && in.Below(3) == 0) {
-                    int const at = in.Below(n);
-                    inner.Remove(at);
-                    innerModel.erase(innerModel.begin() + at);
-                } else if (n > 0 && in.Below(2) == 0) {
-                    FUZZ_CHECK(Number(inner.Pop()) == innerModel.back());
-                    innerModel.pop_back();
-                } else if (n < 200) {
-                    int const at = in.Below(n + 1);
-                    inner.Insert(at, Make<T>(value));
-                    innerModel.insert(innerModel.begin() + at, value);
-                }
-                break;
-            }
-            case 5:
-                if (count == 0) break;
-                list.RemoveLast();
-                model.pop_back();
-                break;
-            case 6:
-                if (a == b || count + static_cast<int>(nestedModels[b].size()) > 100) break;
-                list.Append(nested[b]);
-                model.insert(model.end(), nestedModels[b].begin(), nestedModels[b].end());
-                break;
-            case 7:
-                list.Clear();
-                model.clear();
-                break;
-            default:
-                list = nested[b];
-                model = nestedModels[b];
+        Inner element = MakeList<Inner>(fresh);
+        MaybeTake(in, element, fresh, nested[b], nestedModels[b]);
+        int const op = in.Below(9);
+        if (op == 0 && !full) {
+            list.Append(element);
+            model.push_back(fresh);
+        } else if (op == 1 && !full) {
+            list.Prepend(element);
+            model.insert(model.begin(), fresh);
+        } else if (op == 2 && !full) {
+            int const after = in.Below(count + 2) - 1;
+            list.InsertAfter(after, element);
+            model.insert(model.begin() + std::min(after + 1, count), fresh);
+        } else if (op == 3 && count > 0) {
+            int const at = in.Below(2) == 0 ? 0 : in.Below(count);
+            if (at == 0) list.RemoveFirst(); else list.RemoveIndex(at);
+            model.erase(model.begin() + at);
+        } else if (op == 4 && count > 0) {  // write inside one element: only this list sees it
+            int const i = in.Below(count);
+            EditList(list.Get(i), model[static_cast<std::size_t>(i)], in, value);
+        } else if (op == 5 && count > 0) {
+            list.RemoveLast();
+            model.pop_back();
+        } else if (op == 6 && a != b && count + static_cast<int>(nestedModels[b].size()) <= 100) {
+            list.Append(nested[b]);
+            model.insert(model.end(), nestedModels[b].begin(), nestedModels[b].end());
+        } else if (op == 7) {
+            list.Clear();
+            model.clear();
+        } else if (op == 8) {
+            Share(nested, nestedModels, a, b);
         }
     }
 };

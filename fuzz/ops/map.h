@@ -48,7 +48,7 @@ inline void PickValue(Input& in, std::vector<int>& value) { value.assign(static_
 inline void PickValue(Input& in, int& value) { value = in.Below(1000); }
 template <class T>
 void MakeValue(cow_List<T>& list, std::vector<int> const& model) {
-    for (int v : model) list.Append(Make<T>(v));
+    list = MakeList<cow_List<T>>(model);
 }
 template <class T>
 void MakeValue(T& value, int model) {
@@ -56,28 +56,20 @@ void MakeValue(T& value, int model) {
 }
 template <class T>
 void Edit(cow_List<T>& list, std::vector<int>& model, Input& in) {
-    int const value = in.Below(100), n = static_cast<int>(model.size());
-    switch (in.Below(4)) {
-        case 0:
-            if (n >= kMaxList) break;
-            list.Append(Make<T>(value));
-            model.push_back(value);
-            break;
-        case 1:
-            if (n >= kMaxList) break;
-            list.Prepend(Make<T>(value));
-            model.insert(model.begin(), value);
-            break;
-        case 2:
-            if (n == 0) break;
-            list.RemoveFirst();
-            model.erase(model.begin());
-            break;
-        default:
-            if (n == 0) break;
-            int const i = in.Below(n);
-            list.Get(i) = Make<T>(value);
-            model[static_cast<std::size_t>(i)] = value;
+    int const value = in.Below(100), n = static_cast<int>(model.size()), op = in.Below(4);
+    if (op == 0 && n < kMaxList) {
+        list.Append(Make<T>(value));
+        model.push_back(value);
+    } else if (op == 1 && n < kMaxList) {
+        list.Prepend(Make<T>(value));
+        model.insert(model.begin(), value);
+    } else if (op == 2 && n > 0) {
+        list.RemoveFirst();
+        model.erase(model.begin());
+    } else if (op == 3 && n > 0) {
+        int const i = in.Below(n);
+        list.Get(i) = Make<T>(value);
+        model[static_cast<std::size_t>(i)] = value;
     }
 }
 template <class T>
@@ -89,16 +81,12 @@ template <class K, class V, class MK, class MV>
 struct Maps {
     using Map = cow_Map<K, V>;
     using Model = std::map<MK, MV>;
-    struct Snapshot {
-        std::unique_ptr<cow_ConstMapIterator<K, V>> plain;
-        std::unique_ptr<cow_ConstMapSortedIt<K, V>> sorted;
-        bool descending;
-        Model model;
-    };
+    using Entries = std::vector<std::pair<MK, MV>>;  // a model in the order a sorted walk shows it
 
     Map maps[kSlots];
     Model models[kSlots];
-    std::vector<Snapshot> snapshots;
+    Snapshots<cow_ConstMapIterator<K, V>, Model, 2> plainWalks;
+    Snapshots<cow_ConstMapSortedIt<K, V>, Entries, 2> sortedWalks;
 
     // The node walk: every entry once, in no key order.
     static void CheckWalk(cow_ConstMapIterator<K, V>& it, Model const& model) {
@@ -111,16 +99,17 @@ struct Maps {
         }
         FUZZ_CHECK(seen.size() == model.size());
     }
-    // The sorted walk: exactly the model's keys, in its order or reversed.
-    static void CheckSorted(cow_ConstMapSortedIt<K, V>& it, Model const& model, bool descending) {
-        std::vector<MK> keys;
-        for (auto const& entry : model) keys.push_back(entry.first);
-        if (descending) std::reverse(keys.begin(), keys.end());
-        std::size_t i = 0;
-        for (it.First(); !it.IsDone(); it.Next(), ++i)
-            FUZZ_CHECK(i < keys.size() && ModelKey(it.CurrentKey()) == keys[i] &&
-                       Same(it.CurrentValue(), model.at(keys[i])));
-        FUZZ_CHECK(i == keys.size());
+    // The sorted walk: exactly the model's entries, in its order or reversed.
+    static Entries Sorted(Model const& model, bool descending) {
+        Entries entries(model.begin(), model.end());
+        if (descending) std::reverse(entries.begin(), entries.end());
+        return entries;
+    }
+    template <class Iterator>
+    static void CheckSorted(Iterator&& it, Entries const& entries) {
+        InOrder(it, entries, [](auto& at, auto const& entry) {
+            return ModelKey(at.CurrentKey()) == entry.first && Same(at.CurrentValue(), entry.second);
+        });
     }
 
     void CheckAll() {
@@ -136,12 +125,8 @@ struct Maps {
             cow_ConstMapIterator<K, V> walk(map);
             CheckWalk(walk, models[s]);
         }
-        for (Snapshot& snapshot : snapshots) {
-            if (snapshot.plain)
-                CheckWalk(*snapshot.plain, snapshot.model);
-            else
-                CheckSorted(*snapshot.sorted, snapshot.model, snapshot.descending);
-        }
+        for (auto& [it, model] : plainWalks.held) CheckWalk(*it, model);
+        for (auto& [it, entries] : sortedWalks.held) CheckSorted(*it, entries);
     }
 
     void Step(Input& in) {
@@ -166,8 +151,7 @@ struct Maps {
                 V mapValue;
                 MakeValue(mapValue, value);
                 if (!models[b].empty() && in.Below(2) == 0) {
-                    auto from = models[b].begin();
-                    std::advance(from, in.Below(static_cast<int>(models[b].size())));
+                    auto from = std::next(models[b].begin(), in.Below(static_cast<int>(models[b].size())));
                     mapValue = maps[b].ConstGet(MapKey(from->first));
                     value = from->second;
                 }
@@ -196,18 +180,13 @@ struct Maps {
                 FUZZ_CHECK((map.GetDepth(mapKey) >= 0) == (at != model.end()));
                 break;
             }
-            case 5:
-                map = maps[b];
-                model = models[b];
-                break;
-            case 6: {  // take a snapshot, plain or sorted, dropping one when three are held
-                if (snapshots.size() >= 3) snapshots.erase(snapshots.begin() + in.Below(3));
-                Snapshot snapshot{nullptr, nullptr, in.Below(2) == 0, model};
+            case 5: Share(maps, models, a, b); break;
+            case 6: {  // take a snapshot, plain or sorted
+                bool const descending = in.Below(2) == 0;
                 if (in.Below(2) == 0)
-                    snapshot.plain = std::make_unique<cow_ConstMapIterator<K, V>>(map);
+                    plainWalks.Take(in, model, map);
                 else
-                    snapshot.sorted = std::make_unique<cow_ConstMapSortedIt<K, V>>(map, snapshot.descending);
-                snapshots.push_back(std::move(snapshot));
+                    sortedWalks.Take(in, Sorted(model, descending), map, descending);
                 break;
             }
             case 7: {
@@ -224,12 +203,9 @@ struct Maps {
             }
             default: {
                 bool const descending = in.Below(2) == 0;
-                cow_ConstMapSortedIt<K, V> sorted(map, descending);
-                CheckSorted(sorted, model, descending);
-                if (!descending) {  // the default order is ascending
-                    cow_ConstMapSortedIt<K, V> plain(map);
-                    CheckSorted(plain, model, false);
-                }
+                CheckSorted(cow_ConstMapSortedIt<K, V>(map, descending), Sorted(model, descending));
+                // the default order is ascending
+                if (!descending) CheckSorted(cow_ConstMapSortedIt<K, V>(map), Sorted(model, false));
             }
         }
     }

@@ -102,8 +102,7 @@ struct Shapes {
                 arrays[a] = cow_FixedArray<T>(length, element);
                 model.assign(static_cast<std::size_t>(Clamp(length)), value);
             } else if (op == 1) {
-                arrays[a] = arrays[b];
-                model = arrayModels[b];
+                Share(arrays, arrayModels, a, b);
             } else if (op < 4 && !model.empty()) {
                 int const i = in.Below(static_cast<int>(model.size()));
                 arrays[a].Get(i) = element;
@@ -122,8 +121,7 @@ struct Shapes {
                 model = {Clamp(rows), Clamp(columns), {}};
                 model.cells.assign(static_cast<std::size_t>(model.rows * model.columns), value);
             } else if (op == 1) {
-                matrices[a] = matrices[b];
-                model = matrixModels[b];
+                Share(matrices, matrixModels, a, b);
             } else if (!model.cells.empty()) {
                 int const r = in.Below(model.rows), c = in.Below(model.columns);
                 matrices[a].Get(r, c) = element;
@@ -138,34 +136,17 @@ struct Shapes {
             case 0: {  // every element one list: a fresh one or an element of another array
                 int const length = in.Below(23) - 2;
                 std::vector<int> element(static_cast<std::size_t>(in.Below(6)), value);
-                Inner list;
-                for (int v : element) list.Append(Make<T>(v));
-                if (!listModels[b].empty() && in.Below(2) == 0) {
-                    int const j = in.Below(static_cast<int>(listModels[b].size()));
-                    list = lists[b].ConstGet(j);
-                    element = listModels[b][static_cast<std::size_t>(j)];
-                }
+                Inner list = MakeList<Inner>(element);
+                MaybeTake(in, list, element, lists[b], listModels[b]);
                 lists[a] = cow_FixedArray<Inner>(length, list);
                 model.assign(static_cast<std::size_t>(Clamp(length)), element);
                 break;
             }
-            case 1:
-                lists[a] = lists[b];
-                model = listModels[b];
-                break;
+            case 1: Share(lists, listModels, a, b); break;
             case 2: {  // a write inside one element: the lists it was shared with keep theirs
                 if (model.empty()) break;
                 int const i = in.Below(static_cast<int>(model.size()));
-                Inner& list = lists[a].Get(i);
-                std::vector<int>& element = model[static_cast<std::size_t>(i)];
-                if (!element.empty() && in.Below(2) == 0) {
-                    FUZZ_CHECK(Number(list.Pop()) == element.back());
-                    element.pop_back();
-                } else if (element.size() < 100) {
-                    int const at = in.Below(static_cast<int>(element.size()) + 1);
-                    list.Insert(at, Make<T>(value));
-                    element.insert(element.begin() + at, value);
-                }
+                EditList(lists[a].Get(i), model[static_cast<std::size_t>(i)], in, value);
                 break;
             }
             case 3: {  // an element taken from another array, shared with it

@@ -47,16 +47,15 @@ inline unsigned int PickBits(Input& in) {
     return centres[in.Below(8)] + static_cast<std::uint32_t>(in.Below(81)) - 40u;
 }
 
+inline auto const SameEntry = [](auto& it, auto const& entry) {
+    return it.CurrentKey() == entry.first && Number(it.CurrentValue()) == entry.second;
+};
+
 // A table walk (plain, ascending) and lookups against the model.
 template <class Iterator, class Table, class Model>
 void CheckTable(Table const& table, Model const& model) {
     FUZZ_CHECK(table.GetCount() == static_cast<int>(model.size()));
-    Iterator it(table);
-    auto expected = model.begin();
-    for (it.First(); !it.IsDone(); it.Next(), ++expected)
-        FUZZ_CHECK(expected != model.end() && it.CurrentKey() == expected->first &&
-                   Number(it.CurrentValue()) == expected->second);
-    FUZZ_CHECK(expected == model.end());
+    InOrder(Iterator(table), model, SameEntry);
     for (auto const& [key, value] : model) {
         auto const* found = table.ConstGet(key);
         FUZZ_CHECK(found != nullptr && Number(*found) == value);
@@ -68,6 +67,19 @@ template <class Model, class Key>
 Key NearKey(Model const& model, Key key) {
     auto at = model.lower_bound(key);
     return model.empty() ? key : at == model.end() ? model.begin()->first : at->first;
+}
+
+// Insert (op 0) or remove (op 1) `key`, either table, beside its model.
+template <class Table, class Model, class Key>
+void Edit(Table& table, Model& model, Key key, int op, int value) {
+    using T = std::decay_t<decltype(*table.ConstGet(key))>;
+    if (op == 1) {
+        FUZZ_CHECK(table.Remove(key) == (model.erase(key) == 1));
+        FUZZ_CHECK(!table.IsMember(key));
+    } else if (model.size() < kMaxKeys || model.count(key) != 0) {
+        FUZZ_CHECK(table.Insert(key, Make<T>(value)) == (model.count(key) == 0));
+        model[key] = value;
+    }
 }
 
 template <class T>
@@ -117,12 +129,9 @@ struct Tables {
         std::vector<std::pair<int, unsigned int>> order;
         for (auto const& [key, value] : model) order.emplace_back(value, key);
         std::sort(order.begin(), order.end());
-        UintIterator it(table, &ByValueThenKey);
-        std::size_t i = 0;
-        for (it.First(); !it.IsDone(); it.Next(), ++i)
-            FUZZ_CHECK(i < order.size() && it.CurrentKey() == order[i].second &&
-                       Number(it.CurrentValue()) == order[i].first);
-        FUZZ_CHECK(i == order.size());
+        InOrder(UintIterator(table, &ByValueThenKey), order, [](UintIterator& it, auto const& entry) {
+            return it.CurrentKey() == entry.second && Number(it.CurrentValue()) == entry.first;
+        });
     }
 
     void Start(Input& in) {
@@ -151,16 +160,8 @@ struct Tables {
             Handle& handle = handles[static_cast<std::size_t>(a)];
             int const key = static_cast<int>(bits);
             switch (op) {
-                case 0: {
-                    if (model.size() >= kMaxKeys && model.count(key) == 0) break;
-                    int const value = in.Below(1000);
-                    FUZZ_CHECK(handle.Get().Insert(key, Make<S>(value)) == (model.count(key) == 0));
-                    model[key] = value;
-                    break;
-                }
-                case 1:
-                    FUZZ_CHECK(handle.Get().Remove(key) == (model.erase(key) == 1));
-                    break;
+                case 0:
+                case 1: Edit(handle.Get(), model, key, op, in.Below(1000)); break;
                 case 2:
                     handle = handles[static_cast<std::size_t>(b)];
                     model = models[b];
@@ -179,17 +180,8 @@ struct Tables {
             Uint& table = *uints[a];
             UintModel& model = uintModels[a];
             switch (op) {
-                case 0: {
-                    if (model.size() >= kMaxKeys && model.count(bits) == 0) break;
-                    int const value = in.Below(50);
-                    FUZZ_CHECK(table.Insert(bits, Make<T>(value)) == (model.count(bits) == 0));
-                    model[bits] = value;
-                    break;
-                }
-                case 1:
-                    FUZZ_CHECK(table.Remove(bits) == (model.erase(bits) == 1));
-                    FUZZ_CHECK(!table.IsMember(bits));
-                    break;
+                case 0:
+                case 1: Edit(table, model, bits, op, in.Below(50)); break;
                 case 2:  // a deep copy; the two are independent from here on
                     uints[a] = std::make_unique<Uint>(*uints[b]);
                     model = uintModels[b];
@@ -203,9 +195,7 @@ struct Tables {
                     }
                     break;
                 default:
-                    Wander(UintIterator(table), model, in, [](UintIterator& it, auto const& entry) {
-                        return it.CurrentKey() == entry.first && Number(it.CurrentValue()) == entry.second;
-                    });
+                    Wander(UintIterator(table), model, in, SameEntry);
             }
         }
     }

@@ -59,6 +59,24 @@ int CheckShape(Handle const* link, Key const* low, Key const* high) {
     return exact;
 }
 
+// A tree against its model, outer or inner: both walks, every value, and
+// the shape.
+using fuzz::Same;
+template <class K, class V, class Model>
+bool Same(cow_Btree<K, V> const& tree, Model const& model) {
+    FUZZ_CHECK(tree.GetCount() == static_cast<int>(model.size()) && (tree.GetRoot() == nullptr) == model.empty());
+    cow_BtreeIterator<K, V> it(tree);
+    InOrder(it, model, [](auto& at, auto const& entry) {
+        return ModelKey(at.CurrentKey()) == entry.first && Same(at.CurrentValue(), entry.second);
+    });
+    auto back = model.rbegin();
+    for (it.Last(); !it.IsDone(); it.Previous(), ++back)
+        FUZZ_CHECK(back != model.rend() && ModelKey(it.CurrentKey()) == back->first);
+    FUZZ_CHECK(back == model.rend());
+    CheckShape<typename cow_Btree<K, V>::Handle, typename Model::key_type>(tree.GetRoot(), nullptr, nullptr);
+    return true;
+}
+
 template <class T>
 struct Trees {
     static constexpr int kSteps = 2000;
@@ -68,36 +86,8 @@ struct Trees {
     Outer trees[kSlots];
     OuterModel models[kSlots];
 
-    static bool Same(Inner const& tree, InnerModel const& model) {
-        FUZZ_CHECK(tree.GetCount() == static_cast<int>(model.size()) && (tree.GetRoot() == nullptr) == model.empty());
-        cow_BtreeIterator<int, T> it(tree);
-        auto expected = model.begin();
-        for (it.First(); !it.IsDone(); it.Next(), ++expected)
-            FUZZ_CHECK(expected != model.end() && it.CurrentKey() == expected->first &&
-                       Number(it.CurrentValue()) == expected->second);
-        FUZZ_CHECK(expected == model.end());
-        CheckShape<typename Inner::Handle, int>(tree.GetRoot(), nullptr, nullptr);
-        return true;
-    }
-
-    // Both walks, every inner tree, and the shape.
-    static void Check(Outer const& tree, OuterModel const& model) {
-        FUZZ_CHECK(tree.GetCount() == static_cast<int>(model.size()) && (tree.GetRoot() == nullptr) == model.empty());
-        cow_BtreeIterator<cow_String, Inner> it(tree);
-        auto expected = model.begin();
-        for (it.First(); !it.IsDone(); it.Next(), ++expected)
-            FUZZ_CHECK(expected != model.end() && expected->first == it.CurrentKey().GetCString() &&
-                       Same(it.CurrentValue(), expected->second));
-        FUZZ_CHECK(expected == model.end());
-        auto back = model.rbegin();
-        for (it.Last(); !it.IsDone(); it.Previous(), ++back)
-            FUZZ_CHECK(back != model.rend() && back->first == it.CurrentKey().GetCString());
-        FUZZ_CHECK(back == model.rend());
-        CheckShape<typename Outer::Handle, std::string>(tree.GetRoot(), nullptr, nullptr);
-    }
-
     void CheckAll() {
-        for (int s = 0; s < kSlots; ++s) Check(trees[s], models[s]);
+        for (int s = 0; s < kSlots; ++s) Same(trees[s], models[s]);
     }
 
     static Inner MakeInner(Input& in, InnerModel& model) {
@@ -112,26 +102,20 @@ struct Trees {
     // Writes through one inner tree reached by Get: the change must stay in it.
     static void EditInner(Inner& tree, InnerModel& model, Input& in) {
         int const key = PickInnerKey(in), value = in.Below(1000);
-        switch (in.Below(4)) {
-            case 0:
-                if (static_cast<int>(model.size()) >= kMaxInner) break;
-                FUZZ_CHECK(tree.InsertUnlessMember(key, Make<T>(value)) == model.emplace(key, value).second);
-                break;
-            case 1: {
-                int const target = NearKey(model, key, in);
-                FUZZ_CHECK(tree.Remove(target) == (model.erase(target) == 1));
-                break;
-            }
-            case 2: {
-                T* found = tree.Get(key);
-                auto at = model.find(key);
-                FUZZ_CHECK((found != nullptr) == (at != model.end()));
-                if (found != nullptr) *found = Make<T>(at->second = value);
-                break;
-            }
-            default:
-                FUZZ_CHECK(tree.IsMember(key) == (model.count(key) == 1));
-                FUZZ_CHECK(Number(tree.ConstGet(key)) == (model.count(key) == 1 ? model.at(key) : 0));
+        int const op = in.Below(4);
+        if (op == 0 && static_cast<int>(model.size()) < kMaxInner) {
+            FUZZ_CHECK(tree.InsertUnlessMember(key, Make<T>(value)) == model.emplace(key, value).second);
+        } else if (op == 1) {
+            int const target = NearKey(model, key, in);
+            FUZZ_CHECK(tree.Remove(target) == (model.erase(target) == 1));
+        } else if (op == 2) {
+            T* found = tree.Get(key);
+            auto at = model.find(key);
+            FUZZ_CHECK((found != nullptr) == (at != model.end()));
+            if (found != nullptr) *found = Make<T>(at->second = value);
+        } else if (op == 3) {
+            FUZZ_CHECK(tree.IsMember(key) == (model.count(key) == 1));
+            FUZZ_CHECK(Number(tree.ConstGet(key)) == (model.count(key) == 1 ? model.at(key) : 0));
         }
     }
 
@@ -170,15 +154,12 @@ struct Trees {
                 if (inner != nullptr) EditInner(*inner, at->second, in);
                 break;
             }
-            case 4:
-                tree = trees[b];
-                model = models[b];
-                break;
+            case 4: Share(trees, models, a, b); break;
             case 5: {  // a heap copy, sometimes of an empty tree; writes to it stay in it
                 bool const empty = in.Below(8) == 0;
                 Outer* copy = empty ? Outer().Copy() : trees[b].Copy();
                 model = empty ? OuterModel() : models[b];
-                Check(*copy, model);
+                Same(*copy, model);
                 tree = *copy;
                 InnerModel scratch;
                 copy->InsertUnlessMember(key, MakeInner(in, scratch));
@@ -195,11 +176,9 @@ struct Trees {
                 cow_List<cow_String> keys = cow_BtreeUtils<cow_String, Inner>::cow_Keys(tree);
                 cow_List<Inner> values = cow_BtreeUtils<cow_String, Inner>::cow_Values(tree);
                 FUZZ_CHECK(keys.GetCount() == static_cast<int>(model.size()) && values.GetCount() == keys.GetCount());
-                int i = 0;
-                for (auto const& [k, v] : model) {
-                    FUZZ_CHECK(k == keys.ConstGet(i).GetCString() && Same(values.ConstGet(i), v));
-                    ++i;
-                }
+                auto at = model.begin();
+                for (int i = 0; i < keys.GetCount(); ++i, ++at)
+                    FUZZ_CHECK(at->first == keys.ConstGet(i).GetCString() && Same(values.ConstGet(i), at->second));
                 break;
             }
             default: {
