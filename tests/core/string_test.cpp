@@ -51,14 +51,15 @@ TEST(StringValue, NullHeaderReadsAsTheOneEmptyText) {
     EXPECT_EQ(cow_StringByteCompare(a, cow_String("")), 0);
 }
 
+// -1, 0 or 1, never a byte difference; both ways round.
 TEST(StringOrder, ByteOrderIsUnsignedAndPrefixFirst) {
-    EXPECT_EQ(cow_StringByteCompare(cow_String("abc"), cow_String("abcd")), -1);
-    EXPECT_EQ(cow_StringByteCompare(cow_String("abcd"), cow_String("abc")), 1);
-    EXPECT_EQ(cow_StringByteCompare(cow_String("\xE4pfel"), cow_String("z")), 1);
-    EXPECT_EQ(cow_StringByteCompare(cow_String("\x80"), cow_String("\x7F")), 1);
-    EXPECT_EQ(cow_StringByteCompare(cow_String("a"), cow_String("zzzz")), -1) << "never a byte difference";
-    EXPECT_EQ(cow_StringByteCompare(cow_String(""), cow_String("a")), -1);
-    EXPECT_EQ(cow_StringByteCompare(cow_String("same"), cow_String("same")), 0);
+    struct Row { char const* left; char const* right; int order; } const rows[] = {
+        {"abc", "abcd", -1}, {"\xE4pfel", "z", 1}, {"\x80", "\x7F", 1},
+        {"a", "zzzz", -1},   {"", "a", -1},         {"same", "same", 0}};
+    for (Row const& row : rows) {
+        EXPECT_EQ(cow_StringByteCompare(cow_String(row.left), cow_String(row.right)), row.order) << row.left;
+        EXPECT_EQ(cow_StringByteCompare(cow_String(row.right), cow_String(row.left)), -row.order) << row.left;
+    }
 }
 
 TEST(StringValue, PrintWritesTheTextOnly) {

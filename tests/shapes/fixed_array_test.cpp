@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -16,7 +17,8 @@ using testing_support::AllocationScope;
 namespace {
 
 TEST(FixedArray, FirstWriteCopiesEverythingAndSecondNothing) {
-    EXPECT_EQ(cow_FixedArray<int>().GetSize(), 10);
+    cow_FixedArray<int> const ten;
+    EXPECT_EQ(std::count(ten.begin(), ten.end(), 0), 10) << "ten zeros by default";
     EXPECT_EQ(cow_FixedArray<int>(-7, 3).GetSize(), 0) << "a negative length makes an empty array";
 
     // Every element holds the same text, so its share count tells how many
