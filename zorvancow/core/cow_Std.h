@@ -321,4 +321,10 @@ inline std::ostream& operator<<(std::ostream& out, C const& value) {
     return cow_detail::PrintEntries(out, value);
 }
 
+// != of the trees and maps: the negation of their own ==.
+template <class C, std::enable_if_t<cow_IsEntryRange<C>::value && cow_detail::HasEqual<C>::value, int> = 0>
+inline bool operator!=(C const& a, C const& b) {
+    return !(a == b);
+}
+
 #endif

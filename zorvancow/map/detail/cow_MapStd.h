@@ -28,8 +28,6 @@
 template <class K, class V>
 class ZORVANCOW_TYPE cow_Map;
 template <class K, class V>
-struct ZORVANCOW_TYPE cow_MapNode;
-template <class K, class V>
 class ZORVANCOW_TYPE cow_ConstMapSortedIt;
 
 namespace cow_detail {
@@ -58,6 +56,7 @@ class cow_MapStdIter
     : public cow_ValueIteratorTypes<std::forward_iterator_tag, cow_Entry<K, V>, cow_EntryArrow<K, V>>,
       public cow_detail::PostfixIncrement<cow_MapStdIter<K, V, Walk>> {
 public:
+    using MapNode = typename cow_Map<K, V>::Node;
 
     // A singular iterator, equal to the end of every map.
     cow_MapStdIter() = default;
@@ -67,7 +66,7 @@ public:
     explicit cow_MapStdIter(cow_Map<K, V> const& map_, Args... args)
         : snapshot(cow_Allocate([&] { return new Snapshot(map_, args...); })) {}
     // On `node` of `map`, read in place; no snapshot until the first step.
-    cow_MapStdIter(cow_Map<K, V> const& map_, cow_MapNode<K, V> const* node) : map(&map_), single(node) {}
+    cow_MapStdIter(cow_Map<K, V> const& map_, MapNode const* node) : map(&map_), single(node) {}
 
     cow_MapStdIter(cow_MapStdIter const& other)
         : snapshot(other.snapshot), position(other.position), map(other.map), single(other.single) {
@@ -109,7 +108,7 @@ public:
 private:
     using Snapshot = cow_detail::MapSnapshot<Walk>;
 
-    cow_MapNode<K, V> const* Node() const { return snapshot != nullptr ? snapshot->At(position) : single; }
+    MapNode const* Node() const { return snapshot != nullptr ? snapshot->At(position) : single; }
     void Release() {
         if (snapshot != nullptr) Drop(snapshot);
         snapshot = nullptr;
@@ -124,7 +123,7 @@ private:
     Snapshot* snapshot = nullptr;
     int position = 0;
     cow_Map<K, V> const* map = nullptr;
-    cow_MapNode<K, V> const* single = nullptr;
+    MapNode const* single = nullptr;
 };
 
 // The entries of a map in key order: signed for signed integers, unsigned
@@ -156,10 +155,6 @@ bool operator==(cow_Map<K, V> const& a, cow_Map<K, V> const& b) {
         if (other == b.end() || !cow_Element<V>::Equal(value, other->second)) return false;
     }
     return true;
-}
-template <class K, class V>
-bool operator!=(cow_Map<K, V> const& a, cow_Map<K, V> const& b) {
-    return !(a == b);
 }
 
 template <class K, class V>

@@ -21,8 +21,6 @@
 
 template <class K, class V>
 class ZORVANCOW_TYPE cow_Btree;
-template <class K, class V>
-class ZORVANCOW_TYPE cow_BtreeNode;
 
 // PathLength: the deepest path the iterator keeps in itself; see Start().
 template <class K, class V, int PathLength = 48>
@@ -75,7 +73,7 @@ public:
     friend bool operator!=(cow_BtreeStdIter const& a, cow_BtreeStdIter const& b) { return a.Current() != b.Current(); }
 
 private:
-    using Node = cow_BtreeNode<K, V>;
+    using Node = typename cow_Btree<K, V>::Node;
 
     Node const* Current() const { return depth != 0 ? path[depth - 1] : nullptr; }
     Node const* Root() const {
@@ -199,10 +197,6 @@ bool operator==(cow_Btree<K, V> const& a, cow_Btree<K, V> const& b) {
         if (!cow_Element<V>::Equal(i->second, j->second)) return false;
     }
     return true;
-}
-template <class K, class V>
-bool operator!=(cow_Btree<K, V> const& a, cow_Btree<K, V> const& b) {
-    return !(a == b);
 }
 
 template <class K, class V>
