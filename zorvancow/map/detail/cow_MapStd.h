@@ -38,10 +38,10 @@ template <class Walk>
 class MapSnapshot : public Walk {
 public:
     template <class Map, class... Args>
-    explicit MapSnapshot(Map const& map, Args... args) : Walk(map, args...) {
+    explicit MapSnapshot(Map const& source, Args... args) : Walk(source, args...) {
         this->First();
     }
-    auto At(int position) const { return this->nodes[position]; }
+    auto At(int index) const { return this->nodes[index]; }
     int Find(void const* node) const {
         int i = 0;
         while (this->nodes[i] != nullptr && this->nodes[i] != node) ++i;

@@ -109,11 +109,11 @@ private:
     template <class F>
     void OnPath(F&& f) {
         if (deep) {
-            NodePath path{{*this}};
-            f(path);
+            NodePath steps{{*this}};
+            f(steps);
         } else {
-            FullPath path{{*this}};
-            f(path);
+            FullPath steps{{*this}};
+            f(steps);
         }
     }
 
@@ -132,16 +132,16 @@ private:
     template <bool Right>
     void Edge() {
         if (!Start()) return;
-        OnPath([this](auto& path) { cow_detail::BtreeEdge<Right>(path, Root()); });
+        OnPath([this](auto& steps) { cow_detail::BtreeEdge<Right>(steps, Root()); });
     }
     // The tree's search, keeping each node it passes on the path.
     void Find(K const& key) {
         if (!Start()) return;
-        OnPath([this, &key](auto& path) {
-            path.Push(Root());
-            auto const keep = [&path](auto const* link) {
+        OnPath([this, &key](auto& steps) {
+            steps.Push(Root());
+            auto const keep = [&steps](auto const* link) {
                 Node const* node = link->ConstGet();
-                path.Push(node);
+                steps.Push(node);
                 return node;
             };
             if (cow_detail::BtreeSearch(Root(), key, &LinkOf, keep) == nullptr) depth = 0;
@@ -155,8 +155,8 @@ private:
             SearchStep<Forward>();
             return;
         }
-        FullPath path{{*this}};
-        cow_detail::BtreeStep<Forward>(path);
+        FullPath steps{{*this}};
+        cow_detail::BtreeStep<Forward>(steps);
     }
     // The same step in deep mode: one search from the root for the current
     // key, noting the last node where the search turned away from the step's
@@ -172,13 +172,13 @@ private:
         };
         auto const enter = [](auto const* link) { return link->ConstGet(); };
         Node const* current = cow_detail::BtreeSearch(Root(), Current()->GetKey(), note, enter);
-        NodePath path{{*this}};
+        NodePath steps{{*this}};
         depth = 0;
         if (Node const* down = current != nullptr ? Child(current, Forward) : nullptr) {
-            path.Push(down);
-            cow_detail::BtreeDescend<!Forward>(path);
+            steps.Push(down);
+            cow_detail::BtreeDescend<!Forward>(steps);
         } else if (neighbour != nullptr) {
-            path.Push(neighbour);
+            steps.Push(neighbour);
         }
     }
 
