@@ -24,6 +24,14 @@
 //
 // Counts are plain integers, and even a const read may create a block in a
 // shared table: arrays that share storage belong to one thread at a time.
+//
+// A move takes the table, its counter and the positions, and leaves the
+// source with no counter at all: the state of a default array that has not
+// yet made its counter. Such an array reads as empty, copies (into another
+// array without a counter, allocating nothing), and makes its counter at its
+// first write, from where it behaves as a default array in every count,
+// position and capacity. Only GetTableCounter() tells it apart (null). So a
+// move allocates nothing, changes no count and cannot throw.
 
 #include <climits>
 #include <cstddef>
@@ -101,12 +109,44 @@ public:
     // touched.
     explicit cow_1DArray(int n);
     // Shares the other's table: one increment, no allocation.
-    cow_1DArray(cow_1DArray const& other);
+    cow_1DArray(cow_1DArray const& other) noexcept;
+    // Takes the other's table without a count moving; `other` is left empty
+    // (see the top of this file).
+    cow_1DArray(cow_1DArray&& other) noexcept
+        : capacity(other.capacity),
+          shift(other.shift),
+          end(other.end),
+          head(other.head),
+          tableCounter(other.tableCounter),
+          table(other.table) {
+        other.capacity = 0;
+        other.shift = 0;
+        other.end = 0;
+        other.head = 0;
+        other.tableCounter = nullptr;
+        other.table = nullptr;
+    }
     // Leaves the table; the last array on it releases its blocks and frees it.
     ~cow_1DArray();
     // Leaves this table (releasing it when last), then shares the other's.
     // Assigning an array to itself changes nothing.
     cow_1DArray& operator=(cow_1DArray const& other);
+    // Leaves this table (releasing it when last), then takes the other's;
+    // `other` is left empty. Moving an array into itself changes nothing.
+    cow_1DArray& operator=(cow_1DArray&& other) noexcept {
+        cow_1DArray taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two arrays' tables and positions; no count moves.
+    void swap(cow_1DArray& other) noexcept {
+        std::swap(capacity, other.capacity);
+        std::swap(shift, other.shift);
+        std::swap(end, other.end);
+        std::swap(head, other.head);
+        std::swap(tableCounter, other.tableCounter);
+        std::swap(table, other.table);
+    }
 
     // Write access to element i (0 or more), counted from the head. Always a
     // write: it makes the table and the block of element i private (copying
@@ -159,7 +199,7 @@ public:
     int GetShift() const { return shift; }
     int GetHeadPosition() const { return head; }
     int GetEndPosition() const { return end; }
-    int GetTableShareCount() const { return tableCounter->GetCount(); }
+    int GetTableShareCount() const { return tableCounter != nullptr ? tableCounter->GetCount() : 1; }
     cow_Counter const* GetTableCounter() const { return tableCounter; }
     Block const* GetBlock(int slot) const { return table[slot]; }
     int GetBlockCount(int slot) const { return table[slot] != nullptr ? table[slot]->GetCount() : 0; }
@@ -348,14 +388,14 @@ cow_1DArray<T>::cow_1DArray(int n)
 }
 
 template <class T>
-inline cow_1DArray<T>::cow_1DArray(cow_1DArray const& other)
+inline cow_1DArray<T>::cow_1DArray(cow_1DArray const& other) noexcept
     : capacity(other.capacity),
       shift(other.shift),
       end(other.end),
       head(other.head),
       tableCounter(other.tableCounter),
       table(other.table) {
-    tableCounter->Increment();
+    if (tableCounter != nullptr) tableCounter->Increment();
 }
 
 template <class T>
@@ -365,7 +405,7 @@ cow_1DArray<T>::~cow_1DArray() {
 
 template <class T>
 void cow_1DArray<T>::ReleaseTable() {
-    if (!tableCounter->Decrement()) return;
+    if (tableCounter == nullptr || !tableCounter->Decrement()) return;
     for (int s = BlockStart(), stop = BlockEnd(); s < stop; ++s) {
         if (table[s] != nullptr) ReleaseBlock(table[s]);
     }
@@ -382,13 +422,19 @@ cow_1DArray<T>& cow_1DArray<T>::operator=(cow_1DArray const& other) {
     end = other.end;
     head = other.head;
     tableCounter = other.tableCounter;
-    tableCounter->Increment();
+    if (tableCounter != nullptr) tableCounter->Increment();
     table = other.table;
     return *this;
 }
 
 template <class T>
 void cow_1DArray<T>::CopyArray() {
+    if (tableCounter == nullptr) {
+        // A moved-from array makes the counter a default array has; it has
+        // no table, so this is all it needs to be private.
+        tableCounter = new cow_Counter;
+        return;
+    }
     if (cow_IsSole(tableCounter)) return;
     tableCounter = cow_Unshare(tableCounter);
     Block** shared = table;
@@ -460,6 +506,8 @@ bool cow_1DArray<T>::Grow(int n) {
     ZORVANCOW_CHECK(n >= 0, "cow_1DArray::Grow", "negative size", "size %d", n);
     ZORVANCOW_REQUIRE(n <= INT_MAX - head, "cow_1DArray::Grow", "the end position would pass 2147483647",
                       "size %d, head %d", n, head);
+    // A moved-from array is already what a reset leaves.
+    if (n == 0 && tableCounter == nullptr) return true;
     if (n == 0 && !cow_IsSole(tableCounter)) {
         // Resetting a shared array. The full route below would copy the
         // table, raise the count of every block in use, and then lower each
@@ -580,7 +628,7 @@ template <class T>
 inline void cow_1DArray<T>::RemoveHead() {
     ZORVANCOW_CHECK(head < end && cow_IsSole(tableCounter), "cow_1DArray::RemoveHead",
                     "needs a non-empty array on a private table", "size %d, table shared by %d", end - head,
-                    tableCounter->GetCount());
+                    GetTableShareCount());
     int s = head >> shift;
     ++head;
     if ((head >> shift) > s && table[s] != nullptr) {
@@ -655,6 +703,12 @@ inline cow_1DArray<T>::cow_1DArray(It first, It last) : cow_1DArray() {
 template <class T>
 template <class R, class>
 inline cow_1DArray<T>::cow_1DArray(R const& range) : cow_1DArray(cow_detail::Begin(range), cow_detail::End(range)) {}
+
+// Exchanges two arrays; no count moves.
+template <class T>
+inline void swap(cow_1DArray<T>& a, cow_1DArray<T>& b) noexcept {
+    a.swap(b);
+}
 
 // An array is a few words on counted storage: it may move as bytes (cow_ElementBytewise).
 template <class T>

@@ -15,6 +15,12 @@
 //
 // Counts are plain integers: handles that share a pointee belong to one
 // thread at a time.
+//
+// Moves take both words and leave the source with neither: a handle without
+// a counter is an empty handle that shares with nobody. It reads as empty,
+// counts as its own sole holder, copies into another such handle, and takes a
+// counter of its own at its first write (operator=(T*) or Get). So a move
+// allocates nothing, changes no count and cannot throw.
 
 #include <cstdint>
 #include <cstddef>
@@ -68,15 +74,21 @@ C* cow_Unshare(C* shared, Args&&... args) {
 
 // A handle that shares one pointee with its copies. The pointee may be null
 // (an empty handle is still live: it has a counter and copies like any
-// other). A pointee handed over as T* must come from the global operator new.
+// other; a moved-from handle has none, see above). A pointee handed over as
+// T* must come from the global operator new.
 template <class T>
 class ZORVANCOW_TYPE cow_CountedHld {
 public:
     // Adopts `object` (which may be null) with a new counter at 1.
     explicit cow_CountedHld(T* object) : counter(new cow_Counter), pointee(object) {}
     // Shares: copies both words and raises the count. Allocates nothing.
-    cow_CountedHld(cow_CountedHld const& other) : counter(other.counter), pointee(other.pointee) {
-        counter->Increment();
+    cow_CountedHld(cow_CountedHld const& other) noexcept : counter(other.counter), pointee(other.pointee) {
+        if (counter != nullptr) counter->Increment();
+    }
+    // Takes both words; `other` is left empty without a counter.
+    cow_CountedHld(cow_CountedHld&& other) noexcept : counter(other.counter), pointee(other.pointee) {
+        other.counter = nullptr;
+        other.pointee = nullptr;
     }
     // Lowers the count; the last handle destroys pointee and counter.
     ~cow_CountedHld();
@@ -85,6 +97,18 @@ public:
     // this one is lowered, so assigning a handle to itself, or to another
     // handle on the same pointee, destroys nothing.
     cow_CountedHld& operator=(cow_CountedHld const& other);
+    // Releases this handle's hold, then takes both words of `other`, which is
+    // left empty without a counter. Moving a handle into itself changes nothing.
+    cow_CountedHld& operator=(cow_CountedHld&& other) noexcept {
+        cow_CountedHld taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two handles' words; no count moves.
+    void swap(cow_CountedHld& other) noexcept {
+        std::swap(counter, other.counter);
+        std::swap(pointee, other.pointee);
+    }
     // Makes this handle the only holder of `object` (null empties it). A sole
     // handle destroys its old pointee and keeps its counter; a shared one
     // leaves the others their pointee and takes a new counter at 1.
@@ -94,7 +118,7 @@ public:
     // Inspection: the read pointer (null for an empty handle), how many handles
     // share it, and the counter itself, to tell whether two handles share.
     T const* ConstGet() const { return pointee; }
-    std::int32_t GetShareCount() const { return counter->GetCount(); }
+    std::int32_t GetShareCount() const { return counter != nullptr ? counter->GetCount() : 1; }
     cow_Counter const* GetCounter() const { return counter; }
 
     // Takes the pointee out of a handle that holds it alone: the caller gets
@@ -136,9 +160,11 @@ public:
     // Adopts `object` (null gives a live, empty handle).
     explicit cow_COW(T* object);
     cow_COW(cow_COW const& other) = default;
+    cow_COW(cow_COW&& other) noexcept = default;
     ~cow_COW();
 
     cow_COW& operator=(cow_COW const& other) = default;
+    cow_COW& operator=(cow_COW&& other) noexcept = default;
     using cow_CountedHld<T>::operator=;
 
     // The write access: returns an object that no other handle sees, copying
@@ -164,15 +190,15 @@ private:
 
 template <class T>
 cow_CountedHld<T>::~cow_CountedHld() {
-    if (counter->Decrement()) Delete();
+    if (counter != nullptr && counter->Decrement()) Delete();
 }
 
 template <class T>
 cow_CountedHld<T>& cow_CountedHld<T>::operator=(cow_CountedHld const& other) {
-    other.counter->Increment();
+    if (other.counter != nullptr) other.counter->Increment();
     cow_Counter* newCounter = other.counter;
     T* newPointee = other.pointee;
-    if (counter->Decrement()) Delete();
+    if (counter != nullptr && counter->Decrement()) Delete();
     counter = newCounter;
     pointee = newPointee;
     return *this;
@@ -180,7 +206,9 @@ cow_CountedHld<T>& cow_CountedHld<T>::operator=(cow_CountedHld const& other) {
 
 template <class T>
 cow_CountedHld<T>& cow_CountedHld<T>::operator=(T* object) {
-    if (cow_IsSole(counter)) {
+    if (counter == nullptr) {
+        counter = new cow_Counter;
+    } else if (cow_IsSole(counter)) {
         delete pointee;
     } else {
         counter = cow_Unshare(counter);
@@ -216,7 +244,11 @@ cow_COW<T, Cp>::~cow_COW() {}
 template <class T, class Cp>
 T& cow_COW<T, Cp>::Get() {
     T* current = this->pointee;
-    if (!cow_IsSole(this->counter)) *this = Cp::Copy(*current);
+    if (this->counter == nullptr) {
+        this->counter = new cow_Counter;
+    } else if (!cow_IsSole(this->counter)) {
+        *this = Cp::Copy(*current);
+    }
     return *this->pointee;
 }
 

@@ -320,6 +320,24 @@ struct OwnMoves {
         T* run;
     };
 };
+
+// The default value a moved-to tree holds (it answers absent keys): a new
+// V() where making one cannot throw, else a copy of the source's, which for
+// the library's containers is one count. Either way a default V, and the
+// move stays noexcept for every element type the library knows.
+template <class V>
+struct NothrowFreshDefault
+    : std::integral_constant<bool, std::is_nothrow_default_constructible<V>::value ||
+                                       std::is_nothrow_copy_constructible<V>::value> {};
+template <class V>
+V FreshDefault(V const& source) noexcept(NothrowFreshDefault<V>::value) {
+    if constexpr (std::is_nothrow_default_constructible<V>::value) {
+        static_cast<void>(source);
+        return V();
+    } else {
+        return source;
+    }
+}
 }  // namespace cow_detail
 
 // The order of cow_List<T>::Sort: negative, 0 or positive as `a` sorts

@@ -19,6 +19,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <utility>
 #if __has_include(<compare>)
 #include <compare>
 #endif
@@ -40,6 +41,23 @@ class ZORVANCOW_TYPE cow_String : public atr_StringBase {
 public:
     // The empty value: no header, nothing allocated.
     cow_String() = default;
+    // Shares the other's text: one increment, nothing allocated.
+    cow_String(cow_String const& other) noexcept : atr_StringBase(other) {}
+    // Takes the other's text without a count moving; `other` is left the
+    // empty value (no header).
+    cow_String(cow_String&& other) noexcept { swap(other); }
+    cow_String& operator=(cow_String const& other) = default;
+    // Takes the other's text, giving up this one's; `other` is left empty.
+    cow_String& operator=(cow_String&& other) noexcept {
+        cow_String taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two values' texts; no count moves.
+    void swap(cow_String& other) noexcept {
+        std::swap(text, other.text);
+        std::swap(header, other.header);
+    }
     // A value with its own copy of `source`; the caller may free `source` at once.
     explicit cow_String(char const* source) : atr_StringBase(source) {}
 
@@ -55,6 +73,8 @@ public:
     std::size_t size() const { return static_cast<std::size_t>(GetLength()); }
     bool empty() const { return GetLength() == 0; }
 };
+
+inline void swap(cow_String& a, cow_String& b) noexcept { a.swap(b); }
 
 // Unsigned byte-wise order: -1, 0 or +1. A prefix sorts first (its terminator
 // is the lower byte), bytes 0x80 and above sort after ASCII, and a text ends at

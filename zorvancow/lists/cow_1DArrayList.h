@@ -51,12 +51,28 @@ public:
     cow_1DArrayList();
     // Shares the other's storage: copies the count, shares the array's
     // table. No element is copied.
-    cow_1DArrayList(cow_1DArrayList const& other) : count(other.count), array(other.array) {}
+    cow_1DArrayList(cow_1DArrayList const& other) noexcept : count(other.count), array(other.array) {}
+    // Takes the other's storage without a count moving; `other` is left an
+    // empty list that allocates its counter at its first write.
+    cow_1DArrayList(cow_1DArrayList&& other) noexcept : count(other.count), array(std::move(other.array)) {
+        other.count = 0;
+    }
     // Copies the count, then shares the other's array.
     cow_1DArrayList& operator=(cow_1DArrayList const& other) {
         count = other.count;
         array = other.array;
         return *this;
+    }
+    // Takes the other's storage, releasing this list's; `other` is left empty.
+    cow_1DArrayList& operator=(cow_1DArrayList&& other) noexcept {
+        cow_1DArrayList taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two lists' counts and storage; no count moves.
+    void swap(cow_1DArrayList& other) noexcept {
+        std::swap(count, other.count);
+        array.swap(other.array);
     }
     // Destroys the array: the last holder of the table releases its blocks.
     ~cow_1DArrayList();
@@ -305,6 +321,11 @@ T* cow_1DArrayList<T>::GetCArray(int& size) const {
 
 template <class T>
 inline cow_1DArrayListIter<T>::~cow_1DArrayListIter() {}
+
+template <class T>
+inline void swap(cow_1DArrayList<T>& a, cow_1DArrayList<T>& b) noexcept {
+    a.swap(b);
+}
 
 // A list is a count and an array: it may move as bytes (cow_ElementBytewise).
 template <class T>

@@ -49,12 +49,26 @@ public:
     // An empty list; allocates only its array's counter.
     cow_List() : count(0), array() {}
     // Shares the other's storage: copies the count, shares the table.
-    cow_List(cow_List const& other) : count(other.count), array(other.array) {}
+    cow_List(cow_List const& other) noexcept : count(other.count), array(other.array) {}
+    // Takes the other's storage without a count moving; `other` is left an
+    // empty list that allocates its counter at its first write.
+    cow_List(cow_List&& other) noexcept : count(other.count), array(std::move(other.array)) { other.count = 0; }
     // Copies the count, then shares the other's array.
     cow_List& operator=(cow_List const& other) {
         count = other.count;
         array = other.array;
         return *this;
+    }
+    // Takes the other's storage, releasing this list's; `other` is left empty.
+    cow_List& operator=(cow_List&& other) noexcept {
+        cow_List taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two lists' counts and storage; no count moves.
+    void swap(cow_List& other) noexcept {
+        std::swap(count, other.count);
+        array.swap(other.array);
     }
     // Clears, then destroys the array. A list whose table is shared only
     // leaves that table to its other holders: one decrement, no allocation.
@@ -189,7 +203,7 @@ cow_List<T>::~cow_List() {
     // other holders it only lowers the table count, which the array's own
     // release does too. So a shared list skips it: destroying a copy is one
     // decrement and allocates nothing. A sole holder clears as usual.
-    if (cow_IsSole(array.GetTableCounter())) Clear();
+    if (array.GetTableShareCount() == 1) Clear();
 }
 
 template <class T>
@@ -343,6 +357,11 @@ cow_List<T> cow_List<T>::operator-(cow_List const& other) {
 
 template <class T>
 inline cow_ListIter<T>::~cow_ListIter() {}
+
+template <class T>
+inline void swap(cow_List<T>& a, cow_List<T>& b) noexcept {
+    a.swap(b);
+}
 
 // A list is a count and an array: it may move as bytes (cow_ElementBytewise).
 template <class T>

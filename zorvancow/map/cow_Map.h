@@ -131,8 +131,23 @@ public:
     cow_Map() : root(static_cast<Node*>(nullptr)), count(0) {}
     // Shares the whole tree: one increment, no node touched. Each map keeps a
     // key count of its own.
-    cow_Map(cow_Map const& other) = default;
+    cow_Map(cow_Map const& other) noexcept = default;
     cow_Map& operator=(cow_Map const& other) = default;
+    // Takes the other's tree without a count moving. `other` is left an empty
+    // map whose root handle has no counter yet (it makes one at its first
+    // insertion): it allocates nothing and cannot throw.
+    cow_Map(cow_Map&& other) noexcept : root(std::move(other.root)), count(other.count) { other.count = 0; }
+    // Releases this map's tree and takes the other's; `other` is left empty.
+    cow_Map& operator=(cow_Map&& other) noexcept {
+        cow_Map taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two maps' trees and counts; no count moves.
+    void swap(cow_Map& other) noexcept {
+        root.swap(other.root);
+        std::swap(count, other.count);
+    }
     // Releases the root; nodes that no other map or iterator holds are freed.
     ~cow_Map();
 
@@ -212,6 +227,32 @@ public:
     const_iterator find(K const& key) const;
     // The value of `key`, which must be held.
     V const& at(K const& key) const;
+
+    // Writes through the standard spellings; each makes the path it walks
+    // private, as Get(key) does, so other maps never see it.
+    // Stores `value` under `key` (Insert); the position of `key`, and whether
+    // it was added.
+    std::pair<const_iterator, bool> insert_or_assign(K const& key, V const& value) {
+        int const before = count;
+        Insert(key, value);
+        return {find(key), count != before};
+    }
+    // Removes `key`; the number of entries removed (0 or 1).
+    size_type erase(K const& key) { return Remove(key) ? 1 : 0; }
+    // Removes the entry at `position` (not end()) and returns the position
+    // after it in the walk. The iterator walks a snapshot (a found one takes
+    // it at this step), so the walk goes on over the entries as they were:
+    //     for (auto it = map.begin(); it != map.end();) it = drop(*it) ? map.erase(it) : std::next(it);
+    const_iterator erase(const_iterator position) {
+        K const removed = position->first;
+        ++position;
+        Remove(removed);
+        return position;
+    }
+    // Write access to the value at a found position (not end()): Get of its
+    // key, so the path is made private first and the change shows in this
+    // map only. Reads through find() and the iterators never unshare.
+    V& Get(const_iterator const& position) { return Get(position->first); }
 
 private:
     // The map's one find, the path walk of every read (IsMember, ConstGet,
@@ -620,6 +661,11 @@ inline V const& cow_Map<K, V>::at(K const& key) const {
 // A map is a handle and a count: it may move as bytes (cow_ElementBytewise).
 template <class K, class V>
 struct cow_ElementBytewise<cow_Map<K, V>> : std::true_type {};
+
+template <class K, class V>
+inline void swap(cow_Map<K, V>& a, cow_Map<K, V>& b) noexcept {
+    a.swap(b);
+}
 
 #include "zorvancow/map/detail/cow_MapExports.h"
 

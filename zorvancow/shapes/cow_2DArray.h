@@ -104,14 +104,24 @@ public:
     // one representation, one counter and, unless empty, one element
     // allocation.
     cow_2DArray(int rows, int columns, T const& value);
+    // Shares the other's representation: one increment, nothing allocated.
+    cow_2DArray(cow_2DArray const& other) noexcept = default;
+    // Takes the other's representation without a count moving, and leaves
+    // `other` a 0 x 0 matrix that holds no representation: it reads, copies
+    // and is assigned like any matrix. Allocates nothing, cannot throw.
+    cow_2DArray(cow_2DArray&& other) noexcept = default;
+    cow_2DArray& operator=(cow_2DArray const& other) = default;
+    cow_2DArray& operator=(cow_2DArray&& other) noexcept = default;
+    // Exchanges the two matrices' representations; no count moves.
+    void swap(cow_2DArray& other) noexcept { rep.swap(other.rep); }
 
-    int GetRows() const { return rep.ConstGet()->rows; }
-    int GetColumns() const { return rep.ConstGet()->columns; }
+    int GetRows() const { return rep.ConstGet() != nullptr ? rep.ConstGet()->rows : 0; }
+    int GetColumns() const { return rep.ConstGet() != nullptr ? rep.ConstGet()->columns : 0; }
     // Reads element (r, c). Touches no count.
     T const& ConstGet(int r, int c) const {
+        ZORVANCOW_CHECK(r >= 0 && r < GetRows() && c >= 0 && c < GetColumns(), "cow_2DArray::ConstGet",
+                        "index out of range", "row %d, column %d, shape %d x %d", r, c, GetRows(), GetColumns());
         cow_2DArrayRep<T> const* shared = rep.ConstGet();
-        ZORVANCOW_CHECK(r >= 0 && r < shared->rows && c >= 0 && c < shared->columns, "cow_2DArray::ConstGet",
-                        "index out of range", "row %d, column %d, shape %d x %d", r, c, shared->rows, shared->columns);
         return shared->data[r * shared->columns + c];
     }
     // Write access to element (r, c). When the representation is shared this
@@ -136,7 +146,7 @@ public:
     using const_iterator = T const*;
     using iterator = T const*;
     // All elements, row by row.
-    T const* begin() const { return rep.ConstGet()->data; }
+    T const* begin() const { return rep.ConstGet() != nullptr ? rep.ConstGet()->data : nullptr; }
     T const* end() const { return begin() + size(); }
     // Number of elements, rows times columns.
     std::size_t size() const {
@@ -179,8 +189,12 @@ cow_2DArray<T>::cow_2DArray(int rows, int columns, T const& value)
 
 template <class T>
 inline cow_2DArrayRows<T> cow_2DArray<T>::Rows() const {
-    cow_2DArrayRep<T> const* shared = rep.ConstGet();
-    return cow_2DArrayRows<T>(shared->data, shared->columns != 0 ? shared->rows : 0, shared->columns);
+    return cow_2DArrayRows<T>(begin(), GetColumns() != 0 ? GetRows() : 0, GetColumns());
+}
+
+template <class T>
+inline void swap(cow_2DArray<T>& a, cow_2DArray<T>& b) noexcept {
+    a.swap(b);
 }
 
 #include "zorvancow/shapes/detail/cow_2DArrayExports.h"

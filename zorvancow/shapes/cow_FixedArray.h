@@ -16,6 +16,12 @@
 // 0 <= i < GetSize() is the caller's duty; checked mode (core/cow_Check.h)
 // stops on an index outside it in ConstGet, Get and the standard reads, and
 // at() refuses one in every build.
+//
+// A move takes the representation without a count moving and leaves the
+// source an empty array of size 0 that holds no representation (so the move
+// allocates nothing and cannot throw). It reads as empty, copies, compares
+// and is assigned like any other array; a new array made by the default
+// constructor still holds its ten elements.
 
 #include <algorithm>
 #include <cstddef>
@@ -77,10 +83,17 @@ public:
     cow_FixedArray(int length, T const& value);
     // Shares the other array's representation: one increment, no element
     // touched, nothing allocated.
-    cow_FixedArray(cow_FixedArray const& other) = default;
+    cow_FixedArray(cow_FixedArray const& other) noexcept = default;
+    // Takes the other array's representation; `other` is left empty (size 0).
+    cow_FixedArray(cow_FixedArray&& other) noexcept = default;
     // Shares the other array's representation. The old one is freed when
     // this array was its last holder. Self-assignment is safe.
     cow_FixedArray& operator=(cow_FixedArray const& other) = default;
+    // Takes the other array's representation, releasing this one's; `other`
+    // is left empty (size 0).
+    cow_FixedArray& operator=(cow_FixedArray&& other) noexcept = default;
+    // Exchanges the two arrays' representations; no count moves.
+    void swap(cow_FixedArray& other) noexcept { rep.swap(other.rep); }
     // One count less; the last array on a representation frees it.
     ~cow_FixedArray();
 
@@ -90,7 +103,7 @@ public:
     bool operator!=(cow_FixedArray const& other) const;
 
     // The number of elements, fixed for the life of the array.
-    int GetSize() const { return rep.ConstGet()->size; }
+    int GetSize() const { return rep.ConstGet() != nullptr ? rep.ConstGet()->size : 0; }
     // Reads element `i`, 0 <= i < GetSize(). Touches no count.
     T const& ConstGet(int i) const {
         ZORVANCOW_CHECK(i >= 0 && i < GetSize(), "cow_FixedArray::ConstGet", "index out of range", "index %d, size %d", i,
@@ -129,8 +142,8 @@ public:
     template <class R, class = cow_detail::EnableRange<R, cow_FixedArray>>
     explicit cow_FixedArray(R const& range);
     // Contiguous iterators over the elements.
-    T const* begin() const { return rep.ConstGet()->data; }
-    T const* end() const { return rep.ConstGet()->data + rep.ConstGet()->size; }
+    T const* begin() const { return rep.ConstGet() != nullptr ? rep.ConstGet()->data : nullptr; }
+    T const* end() const { return begin() + GetSize(); }
     T const* cbegin() const { return begin(); }
     T const* cend() const { return end(); }
     T const* data() const { return begin(); }
@@ -203,11 +216,14 @@ cow_FixedArray<T>::~cow_FixedArray() {}
 
 template <class T>
 bool cow_FixedArray<T>::operator==(cow_FixedArray const& other) const {
+    // A moved-from array (no representation) equals any array of size 0.
+    if (rep.ConstGet() == nullptr || other.rep.ConstGet() == nullptr) return GetSize() == 0 && other.GetSize() == 0;
     return *rep.ConstGet() == *other.rep.ConstGet();
 }
 
 template <class T>
 bool cow_FixedArray<T>::operator!=(cow_FixedArray const& other) const {
+    if (rep.ConstGet() == nullptr || other.rep.ConstGet() == nullptr) return !(*this == other);
     return *rep.ConstGet() != *other.rep.ConstGet();
 }
 
@@ -233,6 +249,11 @@ template <class T>
 inline T const& cow_FixedArray<T>::at(std::size_t i) const {
     if (i >= size()) cow_detail::AtFailed("cow_FixedArray", "index", static_cast<long long>(i), GetSize());
     return ConstGet(static_cast<int>(i));
+}
+
+template <class T>
+inline void swap(cow_FixedArray<T>& a, cow_FixedArray<T>& b) noexcept {
+    a.swap(b);
 }
 
 // A fixed array is a handle: it may move as bytes (cow_ElementBytewise).

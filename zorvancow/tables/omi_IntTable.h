@@ -92,6 +92,12 @@ private:
 // pointer array. A table block lives from the first key in its range to the
 // removal of the last. A removal leaves the old value in place until the key
 // is stored again or its table block goes. Copies are deep.
+//
+// A move takes the pointer array with every block and leaves the source a
+// table of the same arguments without a pointer array: it reads as empty,
+// reports the two entries a new table has, and makes that array at its first
+// insertion, so from there on it grows as a new table does. The move
+// allocates nothing and cannot throw.
 template <class T>
 class ZORVANCOW_TYPE omi_UintTable {
 public:
@@ -113,19 +119,51 @@ public:
           elementShift(32 - a - b) {}
     // A deep copy: every table block and element block is duplicated; only
     // the texts of cow_String values stay shared.
+    // A moved-from source gives a new, empty table of its arguments.
     omi_UintTable(omi_UintTable const& source)
-        : blocks(cow_Allocate([&source] { return new omi_UintTableBlock<T>*[source.blockCount](); })),
+        : blocks(cow_Allocate([&source] { return new omi_UintTableBlock<T>*[source.GetBlockCount()](); })),
           count(source.count),
-          blockCount(source.blockCount),
+          blockCount(source.GetBlockCount()),
           keyMask(source.keyMask),
           keyShift(source.keyShift),
           blockPointers(source.blockPointers),
           elementShift(source.elementShift) {
-        for (unsigned int n = 0; n < blockCount; ++n)
+        for (unsigned int n = 0; n < source.blockCount; ++n)
             if (source.blocks[n] != nullptr)
                 blocks[n] = cow_Allocate([&source, n] { return new omi_UintTableBlock<T>(*source.blocks[n]); });
     }
     omi_UintTable& operator=(omi_UintTable const&) = delete;
+    // Takes the other's blocks; `other` keeps its arguments and is left
+    // empty, without a pointer array (see above).
+    omi_UintTable(omi_UintTable&& other) noexcept
+        : blocks(other.blocks),
+          count(other.count),
+          blockCount(other.blockCount),
+          keyMask(other.keyMask),
+          keyShift(other.keyShift),
+          blockPointers(other.blockPointers),
+          elementShift(other.elementShift) {
+        other.blocks = nullptr;
+        other.count = 0;
+        other.blockCount = 0;
+    }
+    // Frees this table's blocks and takes the other's, arguments included;
+    // `other` is left empty.
+    omi_UintTable& operator=(omi_UintTable&& other) noexcept {
+        omi_UintTable taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two tables, arguments included; nothing is copied.
+    void swap(omi_UintTable& other) noexcept {
+        std::swap(blocks, other.blocks);
+        std::swap(count, other.count);
+        std::swap(blockCount, other.blockCount);
+        std::swap(keyMask, other.keyMask);
+        std::swap(keyShift, other.keyShift);
+        std::swap(blockPointers, other.blockPointers);
+        std::swap(elementShift, other.elementShift);
+    }
     // Frees every table block with its values, then the pointer array.
     ~omi_UintTable();
 
@@ -162,7 +200,7 @@ public:
     omi_UintTableBlock<T> const* GetTableBlock(unsigned int n) const {
         return n < blockCount ? blocks[n] : nullptr;
     }
-    unsigned int GetBlockCount() const { return blockCount; }
+    unsigned int GetBlockCount() const { return blocks != nullptr ? blockCount : kFirstBlockCount; }
     unsigned int GetKeyShift() const { return keyShift; }
     unsigned int GetKeyMask() const { return keyMask; }
     unsigned int GetBlockPointers() const { return blockPointers; }
@@ -171,6 +209,25 @@ public:
 private:
     friend class omi_IntTable<T>;
     friend class omi_UintTableIterator<T>;
+
+    // The pointer array length of a new table.
+    static constexpr unsigned int kFirstBlockCount = 2;
+    // A moved-from table of the default arguments, empty and without a
+    // pointer array: what omi_IntTable reads for a half it does not have.
+    // Allocates nothing.
+    static omi_UintTable const& Empty() {
+        static omi_UintTable const empty{Bare{}};
+        return empty;
+    }
+    struct Bare {};
+    explicit omi_UintTable(Bare)
+        : blocks(nullptr),
+          count(0),
+          blockCount(0),
+          keyMask((1u << 20) - 1),
+          keyShift(20),
+          blockPointers(24),
+          elementShift(10) {}
 
     void GrowTo(unsigned int n) {
         // In 64 bits: with a = 32 a key near 2^32 has a block number whose
@@ -211,6 +268,24 @@ public:
     // Both halves with the arguments a, b, c, with the limits of omi_UintTable.
     omi_IntTable(unsigned int a, unsigned int b, unsigned int c);
     omi_IntTable& operator=(omi_IntTable const&) = delete;
+    // Takes both halves; `other` is left without halves, which reads as an
+    // empty table and makes two halves of the arguments 12, 10, 24 at its
+    // first insertion. Allocates nothing, cannot throw.
+    omi_IntTable(omi_IntTable&& other) noexcept : negative(other.negative), nonNegative(other.nonNegative) {
+        other.negative = nullptr;
+        other.nonNegative = nullptr;
+    }
+    // Frees this table's halves and takes the other's; `other` is left empty.
+    omi_IntTable& operator=(omi_IntTable&& other) noexcept {
+        omi_IntTable taken(std::move(other));
+        swap(taken);
+        return *this;
+    }
+    // Exchanges the two tables' halves; nothing is copied.
+    void swap(omi_IntTable& other) noexcept {
+        std::swap(negative, other.negative);
+        std::swap(nonNegative, other.nonNegative);
+    }
     // Frees the negative half, then the non-negative one.
     virtual ~omi_IntTable();
 
@@ -222,7 +297,7 @@ public:
     // The table block whose range holds `key`, or null when there is none.
     // A block says only that the range is in use, not that the key is.
     omi_UintTableBlock<T>* FindBlock(int key) const {
-        omi_UintTable<T> const& half = key < 0 ? *negative : *nonNegative;
+        omi_UintTable<T> const& half = key < 0 ? GetNegative() : GetNonNegative();
         unsigned int const n = Magnitude(key) >> half.keyShift;
         return n < half.blockCount ? half.blocks[n] : nullptr;
     }
@@ -231,20 +306,22 @@ public:
     // is replaced.
     bool Insert(int key, T const& value) { return Half(key).Insert(Magnitude(key), value); }
     // True if the key was present; see omi_UintTable::Remove.
-    bool Remove(int key) { return Half(key).Remove(Magnitude(key)); }
+    bool Remove(int key) { return negative != nullptr && Half(key).Remove(Magnitude(key)); }
     // The value of `key`, or null when absent. Valid until the next write.
     T const* ConstGet(int key) const {
         omi_UintTableBlock<T> const* block = FindBlock(key);
         if (block == nullptr) return nullptr;
-        return block->ConstGet(Magnitude(key) & (key < 0 ? negative : nonNegative)->keyMask);
+        return block->ConstGet(Magnitude(key) & (key < 0 ? GetNegative() : GetNonNegative()).keyMask);
     }
     bool IsMember(int key) const { return ConstGet(key) != nullptr; }
     // Number of keys in both halves.
-    std::int32_t GetCount() const { return negative->GetCount() + nonNegative->GetCount(); }
+    std::int32_t GetCount() const { return GetNegative().GetCount() + GetNonNegative().GetCount(); }
 
-    // Inspection: the two halves.
-    omi_UintTable<T> const& GetNegative() const { return *negative; }
-    omi_UintTable<T> const& GetNonNegative() const { return *nonNegative; }
+    // Inspection: the two halves (a moved-from table reads two empty ones).
+    omi_UintTable<T> const& GetNegative() const { return negative != nullptr ? *negative : omi_UintTable<T>::Empty(); }
+    omi_UintTable<T> const& GetNonNegative() const {
+        return nonNegative != nullptr ? *nonNegative : omi_UintTable<T>::Empty();
+    }
 
 protected:
     // A deep copy of both halves, the negative one first. Reached by
@@ -260,7 +337,14 @@ private:
         unsigned int const bits = static_cast<unsigned int>(key);
         return key < 0 ? 0u - bits : bits;
     }
-    omi_UintTable<T>& Half(int key) { return key < 0 ? *negative : *nonNegative; }
+    omi_UintTable<T>& Half(int key) {
+        if (negative == nullptr) {
+            // A moved-from table makes the halves a new one has.
+            omi_IntTable fresh;
+            swap(fresh);
+        }
+        return key < 0 ? *negative : *nonNegative;
+    }
 
     omi_UintTable<T>* negative;
     omi_UintTable<T>* nonNegative;
@@ -475,6 +559,11 @@ omi_UintTable<T>::~omi_UintTable() {
 
 template <class T>
 bool omi_UintTable<T>::Insert(unsigned int key, T const& value) {
+    if (blocks == nullptr) {
+        // A moved-from table makes the pointer array a new one starts with.
+        blocks = cow_Allocate([] { return new omi_UintTableBlock<T>*[kFirstBlockCount](); });
+        blockCount = kFirstBlockCount;
+    }
     unsigned int const n = key >> keyShift;
     if (n >= blockCount) GrowTo(n);
     omi_UintTableBlock<T>* block = blocks[n];
@@ -514,8 +603,8 @@ omi_IntTable<T>::omi_IntTable(unsigned int a, unsigned int b, unsigned int c)
 
 template <class T>
 omi_IntTable<T>::omi_IntTable(omi_IntTable const& source)
-    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.negative); })),
-      nonNegative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.nonNegative); })) {}
+    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(source.GetNegative()); })),
+      nonNegative(cow_Allocate([&source] { return new omi_UintTable<T>(source.GetNonNegative()); })) {}
 
 template <class T>
 omi_IntTable<T>::~omi_IntTable() {
@@ -596,6 +685,15 @@ int omi_IntTableIterator<T>::CurrentKey() const {
 template <class T>
 T const& omi_IntTableIterator<T>::CurrentValue() const {
     return remaining != 0 ? negativeWalk.CurrentValue() : nonNegativeWalk.CurrentValue();
+}
+
+template <class T>
+inline void swap(omi_UintTable<T>& a, omi_UintTable<T>& b) noexcept {
+    a.swap(b);
+}
+template <class T>
+inline void swap(omi_IntTable<T>& a, omi_IntTable<T>& b) noexcept {
+    a.swap(b);
 }
 
 #include "zorvancow/tables/detail/omi_IntTableExports.h"

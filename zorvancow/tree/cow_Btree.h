@@ -22,6 +22,12 @@
 //
 // Counts are plain integers: trees that share nodes belong to one thread at a
 // time, except that lookups through IsMember and ConstGet may run together.
+//
+// A move takes the root link and the count and leaves the source an empty
+// tree, as a new one is: no node, no count moved, nothing allocated. Beside
+// the tree's own members, the standard spellings insert_or_assign, erase (by
+// key, or by position returning the next one) and Get(position) for a write
+// through a found position are inline and search from the root like Get(key).
 
 #include <cstddef>
 #include <cstdint>
@@ -191,6 +197,33 @@ public:
     // Makes this tree share the nodes of `other`, releasing its own. Assigning
     // a tree to itself, or to a tree that already shares its root, is safe.
     cow_Btree const& operator=(cow_Btree const& other);
+    // Takes the other's nodes: no count moves, no allocation. `other` is left
+    // an empty tree. The default value is a new V() where making one cannot
+    // throw, else a copy of the other's (one count for a container value).
+    cow_Btree(cow_Btree&& other) noexcept(cow_detail::NothrowFreshDefault<V>::value)
+        : root(other.root), count(other.count), defaultValue(cow_detail::FreshDefault(other.defaultValue)) {
+        other.root = nullptr;
+        other.count = 0;
+    }
+    // Releases this tree's nodes (as far as no other tree holds them) and
+    // takes the other's; `other` is left an empty tree. Moving a tree into
+    // itself changes nothing.
+    cow_Btree& operator=(cow_Btree&& other) noexcept {
+        if (&other == this) return *this;
+        Handle* old = root;
+        root = other.root;
+        count = other.count;
+        other.root = nullptr;
+        other.count = 0;
+        delete old;
+        return *this;
+    }
+    // Exchanges the two trees' nodes and counts; no count moves. The default
+    // values stay: both are V().
+    void swap(cow_Btree& other) noexcept {
+        std::swap(root, other.root);
+        std::swap(count, other.count);
+    }
 
     // A new heap tree sharing this one's nodes, made by the copy constructor;
     // the caller deletes it.
@@ -269,6 +302,43 @@ public:
     cow_BtreeStdIter<K, V> find(K const& key) const { return cow_BtreeStdIter<K, V>(*this, key); }
     // The value of `key`, which must be held.
     V const& at(K const& key) const;
+
+    // Writes through the standard spellings. Each is a write as Get(key) is:
+    // the search path is made private, so other trees never see it, and any
+    // iterator of this tree is invalidated.
+    // Stores `value` under `key`: assigned when the key is held, else added
+    // as InsertUnlessMember adds. The position of `key`, and whether it was added.
+    std::pair<iterator, bool> insert_or_assign(K const& key, V const& value) {
+        if (V* held = Get(key)) {
+            *held = value;
+            return {find(key), false};
+        }
+        InsertUnlessMember(key, value);
+        return {find(key), true};
+    }
+    // Removes `key`; the number of entries removed (0 or 1).
+    size_type erase(K const& key) { return Remove(key) ? 1 : 0; }
+    // Removes the entry at `position` (not end()) and returns the position of
+    // the next greater key, or end(), so that a loop may erase while it walks:
+    //     for (auto it = tree.begin(); it != tree.end();) it = drop(*it) ? tree.erase(it) : std::next(it);
+    // The keys are copied first, since the removal may copy or free the
+    // nodes the iterator stands on; the next position is found again after it.
+    iterator erase(const_iterator position) {
+        K const removed = position->first;
+        ++position;
+        if (position == end()) {
+            Remove(removed);
+            return end();
+        }
+        K const following = position->first;
+        Remove(removed);
+        return find(following);
+    }
+    // Write access to the value at a found position (not end()): the path to
+    // it is made private first, as Get(key) does, so the change shows in this
+    // tree only. Reads through find() and the iterators stay reads (they never
+    // unshare); this is the one step that writes, and it invalidates them.
+    V& Get(const_iterator position) { return *Get(position->first); }
 
 private:
 
@@ -705,6 +775,11 @@ inline V const& cow_Btree<K, V>::at(K const& key) const {
     Node const* node = ConstFind(key);
     if (node == nullptr) cow_detail::AtMissingKey("cow_Btree");
     return node->GetValue();
+}
+
+template <class K, class V>
+inline void swap(cow_Btree<K, V>& a, cow_Btree<K, V>& b) noexcept {
+    a.swap(b);
 }
 
 // A tree is a root link and a count beside its default value, held in place:
