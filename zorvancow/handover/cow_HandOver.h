@@ -15,16 +15,17 @@
 //
 // The rule: call it on the thread that owns `value` (and every value sharing
 // storage with it), and let the result reach the other thread without a copy
-// of it staying behind. The containers have no move constructors, so passing
-// the result by value (an argument of std::thread, a lambda capture, a
-// promise) copies it, and the copy left on the sender's side shares its
-// counts until the sender destroys it, possibly while the receiver works.
-// Two ways that leave nothing behind:
-// - cow_HandOverPtr(value): the copy made in place on the heap, owned by a
-//   std::unique_ptr, which moves across as a pointer;
-// - a variable initialised from cow_HandOver(value) that the sender does not
-//   touch again until it has synchronised with the receiver (joined it, say),
-//   when it may destroy it.
+// of it staying behind. Every container moves: a move takes the storage and
+// leaves the source empty, holding no count on anything (a moved-from value
+// has no counter at all). So the result may go across by value: as an
+// argument of std::thread (which moves a temporary), a lambda init-capture
+// (`[job = cow_HandOver(value)]` or `[job = std::move(copy)]`), or
+// promise.set_value(std::move(copy)). What must not happen is a copy: a
+// named result captured or passed by copy leaves a sharing value behind.
+// cow_HandOverPtr(value) makes the copy in place behind a std::unique_ptr.
+// It is kept for callers that pass work as pointers (a queue of owned jobs,
+// a type that is costly or impossible to move, such as a tree an iterator
+// on the receiver's side will point at), and it cannot be copied by mistake.
 // From then on the receiver owns the copy and everything that it shares with
 // its own copies.
 //
