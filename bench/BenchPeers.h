@@ -291,6 +291,23 @@ auto CopyCase(C const& (*source)(), int write) {
     };
 }
 
+// The sink idiom: each iteration hands the held container to a sink (by
+// move, or by copy with Copy), writes one element through the sink with
+// `write`, and hands it back by move. After a move nothing is shared and the
+// write is in place; after a copy the two share, and the write unshares.
+template <class C, bool Copy, class Write>
+auto SinkCase(C const& (*source)(), Write write) {
+    return [source, write](benchmark::State& state) {
+        C held = source();
+        for (auto _ : state) {
+            C sink = Copy ? C(held) : C(std::move(held));
+            write(sink);
+            held = std::move(sink);
+            benchmark::DoNotOptimize(held);
+        }
+    };
+}
+
 // Each iteration walks the container with its own iterator type It
 // (First, IsDone, Next) and sums the values; `items` > 0 counts them.
 template <class It, class C>

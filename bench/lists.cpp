@@ -128,6 +128,12 @@ int const rows = [] {
     Row("BM_CopyWriteDestroy_Cow1DArrayList", CopyCase(Full<ArrayList>, kCount / 2))->Unit(kUs);
     Row("BM_CopyWriteDestroy_Cow1DArray", CopyCase(Full<cow_1DArray<int>>, kCount / 2))->Unit(kUs);
     Row("BM_CopyWriteDestroy_StdVector", CopyCase(Full<Vector>, kCount / 2))->Unit(kUs);
+    // The sink idiom on 1,000,000 elements: hand over by move or by copy,
+    // write the middle element, hand back.
+    auto const writeMiddle = [](auto& c) { peer::Write(c, kCount / 2) = -1; };
+    Row("BM_SinkMoveWrite_CowList", SinkCase<List, false>(Full<List>, writeMiddle));
+    Row("BM_SinkCopyWrite_CowList", SinkCase<List, true>(Full<List>, writeMiddle))->Unit(kUs);
+    Row("BM_SinkMoveWrite_StdVector", SinkCase<Vector, false>(Full<Vector>, writeMiddle));
     // Fill from empty, one element at a time.
     Row("BM_FillAppend_CowList", FillCase<List>(kCount))->Unit(kMs);
     Row("BM_FillAppend_Cow1DArrayList", FillCase<ArrayList>(kCount))->Unit(kMs);

@@ -69,6 +69,12 @@ int const rows = [] {
     // the copy's release.
     Row("BM_CopyAndInsert_Btree", CopyInsertCase(FilledTree, -1, true))->Unit(kUs);
     Row("BM_CopyAndInsert_StdMap", CopyInsertCase(Filled<StdMap, Keys>, -1, true))->Unit(kUs);
+    // The sink idiom on 1,000,000 keys: hand over by move or by copy, write
+    // one value, hand back.
+    Row("BM_SinkMoveWrite_Btree", SinkCase<Tree, false>(FilledTree, [](Tree& t) { *t.Get(Keys()[0]) = -1; }));
+    Row("BM_SinkCopyWrite_Btree", SinkCase<Tree, true>(FilledTree, [](Tree& t) { *t.Get(Keys()[0]) = -1; }));
+    Row("BM_SinkMoveWrite_StdMap",
+        SinkCase<StdMap, false>(Filled<StdMap, Keys>, [](StdMap& m) { m.find(Keys()[0])->second = -1; }));
     Row("BM_Walk_Btree", WalkCase<cow_BtreeIterator<int, int>>(FilledTree, true))->Unit(kMs);
     Row("BM_Walk_BtreeNoFrames", [](benchmark::State& state) {
         for (auto _ : state) benchmark::DoNotOptimize(SumValues(FilledTree().GetRoot()));
