@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "zorvancow/zorvancow.h"
@@ -96,6 +97,11 @@ void TourArrays() {
     long sum = 0;
     for (; walk.GetPosition() < copy.GetEndPosition(); walk.Next()) sum += walk.ConstGet();
     std::printf("an iterator walks a snapshot of the copy: sum %ld\n", sum);
+
+    cow_Counter const* table = copy.GetTableCounter();
+    cow_1DArray<int> taken(std::move(copy));
+    std::printf("a move takes the copy's table without touching a count: same table %s; the source is empty (size %d)\n",
+                taken.GetTableCounter() == table ? "yes" : "no", copy.GetSize());
 }
 
 void PrintList(char const* name, cow_List<int> const& list) {
