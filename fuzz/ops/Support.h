@@ -145,10 +145,20 @@ void InOrder(Iterator&& it, Model const& model, SameEntry same) {
     FUZZ_CHECK(at == std::end(model));
 }
 
-// Slot a takes slot b's value (sharing its storage) and model.
+// Slot a takes slot b's value (sharing its storage) and model. For odd a it
+// goes through a move: a copy moved into the slot, then the emptied copy
+// copied, moved into again and destroyed, all of which must leave every slot
+// as a plain copy would.
 template <class Value, class Model, std::size_t N>
 void Share(Value (&values)[N], Model (&models)[N], int a, int b) {
-    values[a] = values[b];
+    if (a % 2 == 0) {
+        values[a] = values[b];
+    } else {
+        Value moved = values[b];
+        values[a] = std::move(moved);
+        Value emptied = moved;
+        moved = std::move(emptied);
+    }
     models[a] = models[b];
 }
 
