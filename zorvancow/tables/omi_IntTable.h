@@ -219,6 +219,7 @@ private:
         static omi_UintTable const empty{Bare{}};
         return empty;
     }
+    // The fields the arguments 12, 10, 24 set, without a pointer array.
     struct Bare {};
     explicit omi_UintTable(Bare)
         : blocks(nullptr),
