@@ -197,6 +197,28 @@ TEST(StandardWrites, ListMembersBackInsertionAndIteratorsSeeEachOthersWrites) {
     EXPECT_EQ(list.front(), 4);
 }
 
+TEST(StandardWrites, FixedArraysAndMatricesUnshareTheWholeOnNonConstAccess) {
+    testing_support::NoLeaks noLeaks;
+    cow_FixedArray<int> const fixed{3, 1, 2};
+    cow_FixedArray<int> copy = fixed;
+    EXPECT_EQ(*std::as_const(copy).begin() + std::as_const(copy)[1], 4);
+    EXPECT_EQ(copy.GetShareCount(), 2);  // const reads share
+    std::sort(copy.begin(), copy.end());
+    copy[0] += 10;
+    copy.back() = 9;
+    EXPECT_EQ(fixed, (cow_FixedArray<int>{3, 1, 2}));
+    EXPECT_EQ(copy, (cow_FixedArray<int>{11, 2, 9}));
+    EXPECT_EQ(fixed.GetShareCount(), 1);
+
+    cow_2DArray<int> const matrix(2, 3, 1);
+    cow_2DArray<int> edited = matrix;
+    for (int& x : edited.Row(1)) x = 5;
+    std::fill(edited.begin(), edited.begin() + 2, 7);
+    EXPECT_EQ(std::vector<int>(edited.begin(), edited.end()), (std::vector<int>{7, 7, 1, 5, 5, 5}));
+    EXPECT_EQ(std::count(matrix.begin(), matrix.end(), 1), 6);
+    EXPECT_EQ(matrix.GetShareCount(), 1);
+}
+
 // The write paths keep the basic guarantee when the element's assignment
 // throws: the source keeps its values, the copy stays a valid list, and
 // nothing leaks.
