@@ -36,61 +36,43 @@ cow_1DArray<T> const& ArrayOf(cow_1DArray<T> const& c) {
     return c;
 }
 
-// Each idiom, run on a copy of `start` and on a vector: the results agree and
-// `start` keeps its values.
+// Each idiom (a generic lambda), run on a copy of `start` and on a copy of
+// its model vector: the results agree and `start` keeps its values.
+template <class C, class Model, class... Idioms>
+void ExpectIdiomsAgree(C const& start, Model const& model, Idioms... idioms) {
+    auto run = [&](auto idiom) {
+        C c = start;
+        Model m = model;
+        idiom(c);
+        idiom(m);
+        ASSERT_TRUE(std::equal(c.cbegin(), c.cend(), m.begin(), m.end()));
+        EXPECT_TRUE(std::equal(start.begin(), start.end(), model.begin(), model.end()));
+    };
+    (run(idioms), ...);
+}
 template <class C, class Model>
 void ExpectIdiomsAgree(C const& start, Model const& model) {
     using T = typename C::value_type;
-    using Idiom = void (*)(C&, Model&);
-    Idiom idioms[] = {
-        [](C& c, Model& m) {
-            std::sort(c.begin(), c.end());
-            std::sort(m.begin(), m.end());
-        },
-        [](C& c, Model& m) {
-            std::sort(c.begin() + 5, c.end() - 30, [](T const& a, T const& b) { return b < a; });
-            std::sort(m.begin() + 5, m.end() - 30, [](T const& a, T const& b) { return b < a; });
-        },
-        [](C& c, Model& m) {
-            std::reverse(c.begin(), c.end());
-            std::reverse(m.begin(), m.end());
-        },
-        [](C& c, Model& m) {
-            std::fill(c.begin() + 20, c.begin() + 50, m[3]);
-            std::fill(m.begin() + 20, m.begin() + 50, m[3]);
-        },
-        [](C& c, Model& m) {
-            Model const from = m;
+    ExpectIdiomsAgree(
+        start, model, [](auto& s) { std::sort(s.begin(), s.end()); },
+        [](auto& s) { std::sort(s.begin() + 5, s.end() - 30, [](T const& a, T const& b) { return b < a; }); },
+        [](auto& s) { std::reverse(s.begin(), s.end()); },
+        [&model](auto& s) { std::fill(s.begin() + 20, s.begin() + 50, model[3]); },
+        [&model](auto& s) {
             std::size_t i = 0;
-            for (auto& x : c) x = from[i++ * 7 % from.size()];
-            i = 0;
-            for (auto& x : m) x = from[i++ * 7 % from.size()];
+            for (auto& x : s) x = model[i++ * 7 % model.size()];
         },
-        [](C& c, Model& m) {
-            c[7] = c[9];
-            c.front() = c.back();
-            std::iter_swap(c.begin() + 1, c.end() - 1);
-            m[7] = m[9];
-            m.front() = m.back();
-            std::iter_swap(m.begin() + 1, m.end() - 1);
+        [](auto& s) {
+            s[7] = s[9];
+            s.front() = s.back();
+            std::iter_swap(s.begin() + 1, s.end() - 1);
             using std::swap;
-            swap(c[2], c[40]);
-            swap(m[2], m[40]);
+            swap(s[2], s[40]);
         },
-        [](C& c, Model& m) {
-            std::copy(m.rbegin(), m.rbegin() + 40, c.begin() + 60);
-            std::copy(m.rbegin(), m.rbegin() + 40, m.begin() + 60);
-            std::rotate(c.begin(), c.begin() + 33, c.end());
-            std::rotate(m.begin(), m.begin() + 33, m.end());
-        },
-    };
-    for (Idiom idiom : idioms) {
-        C c = start;
-        Model m = model;
-        idiom(c, m);
-        ASSERT_TRUE(std::equal(c.cbegin(), c.cend(), m.begin(), m.end()));
-        EXPECT_TRUE(std::equal(start.begin(), start.end(), model.begin(), model.end()));
-    }
+        [&model](auto& s) {
+            std::copy(model.rbegin(), model.rbegin() + 40, s.begin() + 60);
+            std::rotate(s.begin(), s.begin() + 33, s.end());
+        });
 }
 
 template <class C>
@@ -101,11 +83,8 @@ TYPED_TEST_SUITE(StandardWrites, Sequences, ::testing::internal::DefaultNameGene
 
 template <class T>
 T Value(int v) {
-    if constexpr (std::is_same<T, int>::value) {
-        return v;
-    } else {
-        return T(std::to_string(v).c_str());
-    }
+    if constexpr (std::is_same<T, int>::value) return v;
+    else return T(std::to_string(v).c_str());
 }
 
 TYPED_TEST(StandardWrites, IdiomsAgreeWithAVectorAndLeaveTheSourceAlone) {
@@ -134,14 +113,11 @@ TYPED_TEST(StandardWrites, AWriteUnsharesOneBlockAndAReadNone) {
     TypeParam copy = source;
 
     // Reads through the non-const copy: range-for, indexing, iterators, algorithms.
-    long sum = 0;
-    for (T const& x : copy) sum += static_cast<long>(x == model[5]);
-    T first = copy[0];
-    T last = copy.back();
-    EXPECT_TRUE(first == model[0] && last == model[99] && copy.front() == model[0] && *(copy.end() - 1) == model[99]);
-    EXPECT_TRUE((std::is_sorted(copy.begin(), copy.begin() + 10) || !std::is_same<T, int>::value));
+    std::vector<T> read;
+    for (T const& x : copy) read.push_back(x);
+    T const first = copy[0];
+    EXPECT_TRUE(read == model && first == model[0] && copy.back() == model[99] && *(copy.end() - 1) == model[99]);
     EXPECT_EQ(std::find(copy.begin(), copy.end(), model[70]) - copy.begin(), 70);
-    EXPECT_EQ(sum, 1);
     EXPECT_EQ(ArrayOf(copy).GetTableShareCount(), 2);
 
     // One write through an iterator, then more in the same block: one block copy.
