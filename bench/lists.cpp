@@ -162,6 +162,34 @@ int const rows = [] {
             benchmark::DoNotOptimize(v.data());
         }
     })->Unit(kMs);
+    // std::sort through the writing iterators of a copy: each block is
+    // copied once, when first written, and sorted in place from then on.
+    Row("BM_StdSort_CowList", [](benchmark::State& state) {
+        List source;
+        for (int v : RandomValues()) source.Append(v);
+        for (auto _ : state) {
+            List list(source);
+            std::sort(list.begin(), list.end());
+            benchmark::DoNotOptimize(list);
+        }
+    })->Unit(kMs);
+    // A write to every element through range-for, on a list of its own.
+    Row("BM_RangeForAdd_CowList", [](benchmark::State& state) {
+        List list;
+        for (int v : RandomValues()) list.Append(v);
+        for (auto _ : state) {
+            for (auto& x : list) x += 1;
+            benchmark::DoNotOptimize(list);
+        }
+    })->Unit(kUs);
+    Row("BM_RangeForAdd_StdVector", [](benchmark::State& state) {
+        Vector v(RandomValues());
+        for (auto _ : state) {
+            for (auto& x : v) x += 1;
+            benchmark::DoNotOptimize(v.data());
+            benchmark::ClobberMemory();
+        }
+    })->Unit(kUs);
     Row("BM_Position_CowList", SumCase(Full<List>, [](List const& l) { return l.Position(-1); }, 0))->Unit(kUs);
     Row("BM_Position_StdFindVector",
         SumCase(Full<Vector>, [](Vector const& v) { return std::find(v.begin(), v.end(), -1) - v.begin(); }, 0))

@@ -103,7 +103,7 @@ class _BlockedElements:
         self.array = array
         self.shift = int(array['shift'])
         self.head = int(array['head'])
-        self.end = int(array['end'])
+        self.end = int(array['endPosition'])
         self.capacity = int(array['capacity'])
         self.table = array['table']
         block_type = self.table.type.strip_typedefs().target().target()

@@ -208,7 +208,7 @@ struct Lists {
         bool const full = count >= kMaxCount || count + static_cast<int>(models[b].size()) > kMaxCount;
         T const element = Make<T>(value);
         if (op == 0 && !full) {
-            list.Append(element);
+            if (value % 2 == 0) list.Append(element); else list.push_back(element);
             model.push_back(value);
         } else if (op == 1 && !full) {  // at the count or one past it appends
             int const at = in.Below(count + 2);
@@ -226,7 +226,11 @@ struct Lists {
             model.erase(model.begin() + std::min(at, count - 1));
         } else if (op == 3 && count > 0) {
             int const i = in.Below(count);
-            list.Get(i) = element;
+            // Every write path: Get, operator[], an iterator (each unshares
+            // the table and the one block written).
+            if (value % 3 == 0) list.Get(i) = element;
+            else if (value % 3 == 1) list[static_cast<std::size_t>(i)] = element;
+            else *(list.begin() + i) = element;
             model[static_cast<std::size_t>(i)] = value;
         } else if (op == 4 && !full) {
             list.AppendUnlessMember(element);
@@ -255,15 +259,15 @@ struct Lists {
             list.RemoveFirst();
             model.pop_front();
         } else if (op == 11 && !empty) {
-            list.RemoveLast();
+            if (value % 2 == 0) list.RemoveLast(); else list.pop_back();
             model.pop_back();
         } else if (op == 12) {
             int const at = FirstIndex(model, value);
             FUZZ_CHECK(list.Position(element) == at && list.IsMember(element) == (at >= 0));
             list.Remove(element);
             if (at >= 0) model.erase(model.begin() + at);
-        } else if (op == 13) {
-            list.Sort();
+        } else if (op == 13) {  // Sort, or std::sort through the writing iterators
+            if (value % 2 == 0) list.Sort(); else std::sort(list.begin(), list.end());
             std::sort(model.begin(), model.end());
         } else if (op == 14) {
             std::deque<int> expected;

@@ -90,7 +90,7 @@ TYPED_TEST(StableSortOf, EqualElementsKeepTheirOrder) {
             return model[x].key != model[y].key ? model[x].key < model[y].key : x < y;
         });
         ASSERT_EQ(list.size(), model.size());
-        for (int i = 0; i < n; ++i) EXPECT_EQ(list[i].tag, model[order[i]].tag) << n << " elements, at " << i;
+        for (int i = 0; i < n; ++i) EXPECT_EQ(list.ConstGet(i).tag, model[order[i]].tag) << n << " elements, at " << i;
     }
 }
 

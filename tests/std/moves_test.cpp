@@ -47,7 +47,7 @@ struct Kit<cow_1DArrayList<int>> : SequenceKit<cow_1DArrayList<int>> {};
 template <>
 struct Kit<cow_1DArray<int>> : CopyKit<cow_1DArray<int>> {
     static cow_1DArray<int> Make() { return cow_1DArray<int>{1, 2, 3}; }
-    static std::vector<long> Contents(cow_1DArray<int> const& c) { return std::vector<long>(begin(c), end(c)); }
+    static std::vector<long> Contents(cow_1DArray<int> const& c) { return std::vector<long>(c.begin(), c.end()); }
     static int Shares(cow_1DArray<int> const& c) { return c.GetTableShareCount(); }
     static void Write(cow_1DArray<int>& c) { c.Get(c.GetSize()) = 7; }
     static std::size_t Size(cow_1DArray<int> const& c) { return c.size(); }

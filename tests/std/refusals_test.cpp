@@ -8,6 +8,7 @@
 #include <climits>
 #include <functional>
 #include <new>
+#include <utility>
 
 #include "support/FaultInjection.h"
 #include "zorvancow/zorvancow.h"
@@ -96,6 +97,16 @@ TEST(RefusalDeathTest, CheckedModeStopsEveryBrokenPrecondition) {
         {[&] { three.Insert(4, 0); }, "cow_1DArrayList::Insert: index out of range \\(index 4, count 3\\)"},
         {[&] { three.Append(three); }, "cow_1DArrayList::Append: a list appended to itself"},
         {[&] { three.ConstGet(3 + three.GetArray().GetSize()); }, "cow_1DArrayList::ConstGet: index out of range"},
+        // The standard element access names itself, takes the index unnarrowed
+        // and checks a list against its count, not its array's extent.
+        {[&] { (void)two[4294967297u]; },
+         "^cow_List::operator\\[\\]: index out of range \\(index 4294967297, size 2\\)\n"},
+        {[&] { (void)std::as_const(two)[2]; }, "cow_List::operator\\[\\]: index out of range \\(index 2, size 2\\)"},
+        {[&] { four[4] = 1; }, "cow_1DArray::operator\\[\\]: index out of range \\(index 4, size 4\\)"},
+        {[] { cow_List<int> l{1}; l.RemoveLast(); (void)l.front(); }, "^cow_List::front: the value is empty \\(size 0\\)\n"},
+        {[&] { noElements.back() = 1; }, "cow_1DArrayList::back: the value is empty \\(size 0\\)"},
+        {[&] { empty.pop_back(); }, "^cow_List::pop_back: the list is empty \\(count 0\\)\n"},
+        {[&] { noElements.pop_back(); }, "cow_1DArrayList::pop_back: the list is empty \\(count 0\\)"},
         {[&] { fixed.Get(3); }, "^cow_FixedArray::Get: index out of range \\(index 3, size 3\\)\n"},
         {[&] { fixed.ConstGet(-1); }, "cow_FixedArray::ConstGet: index out of range \\(index -1, size 3\\)"},
         {[&] { matrix.Get(0, 3); }, "cow_2DArray::Get: index out of range \\(row 0, column 3, shape 2 x 3\\)"},

@@ -6,6 +6,6 @@
 // extent. Reading creates absent blocks of both arrays.
 template <>
 bool cow_1DArray<int>::IsEqual(cow_1DArray<int> const& other) const {
-    int const size = end - head;
-    return size == other.end - other.head && cow_detail::ArrayAlgorithms<int>::Equal(*this, other, size);
+    int const size = endPosition - head;
+    return size == other.endPosition - other.head && cow_detail::ArrayAlgorithms<int>::Equal(*this, other, size);
 }

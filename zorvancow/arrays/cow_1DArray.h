@@ -115,13 +115,13 @@ public:
     cow_1DArray(cow_1DArray&& other) noexcept
         : capacity(other.capacity),
           shift(other.shift),
-          end(other.end),
+          endPosition(other.endPosition),
           head(other.head),
           tableCounter(other.tableCounter),
           table(other.table) {
         other.capacity = 0;
         other.shift = 0;
-        other.end = 0;
+        other.endPosition = 0;
         other.head = 0;
         other.tableCounter = nullptr;
         other.table = nullptr;
@@ -142,7 +142,7 @@ public:
     void swap(cow_1DArray& other) noexcept {
         std::swap(capacity, other.capacity);
         std::swap(shift, other.shift);
-        std::swap(end, other.end);
+        std::swap(endPosition, other.endPosition);
         std::swap(head, other.head);
         std::swap(tableCounter, other.tableCounter);
         std::swap(table, other.table);
@@ -188,7 +188,7 @@ public:
     bool IsEqual(cow_1DArray const& other) const;
 
     // Number of elements, end - head.
-    int GetSize() const { return end - head; }
+    int GetSize() const { return endPosition - head; }
 
     // Inspection, read-only: the table's slot count, log2 of the block
     // length, the absolute head and end positions, how many arrays share the
@@ -198,16 +198,17 @@ public:
     int GetCapacity() const { return capacity; }
     int GetShift() const { return shift; }
     int GetHeadPosition() const { return head; }
-    int GetEndPosition() const { return end; }
+    int GetEndPosition() const { return endPosition; }
     int GetTableShareCount() const { return tableCounter != nullptr ? tableCounter->GetCount() : 1; }
     cow_Counter const* GetTableCounter() const { return tableCounter; }
     Block const* GetBlock(int slot) const { return table[slot]; }
     int GetBlockCount(int slot) const { return table[slot] != nullptr ? table[slot]->GetCount() : 0; }
 
     // Standard interface (arrays/detail/cow_BlockSequence.h: iterators, size,
-    // element access; arrays/detail/cow_1DArrayStd.h). Iterators read only and
-    // are invalidated by any write to this array. begin(array) and end(array)
-    // are free functions, since the field `end` takes the name.
+    // element access; arrays/detail/cow_1DArrayStd.h). Iterators of a const
+    // array read only; those of a non-const one also write, unsharing at
+    // block grain (arrays/detail/cow_BlockWriteIterator.h). Any change of the
+    // extent invalidates them.
     // A sized array holding `values`.
     cow_1DArray(std::initializer_list<T> values);
     // A sized array holding the elements of [first, last).
@@ -222,6 +223,7 @@ private:
     friend class cow_BlockSequence<cow_1DArray, T>;
     static constexpr char const kSequenceName[] = "cow_1DArray";
     cow_1DArray const& SequenceArray() const { return *this; }
+    cow_1DArray& SequenceArray() { return *this; }
     int SequenceLength() const { return GetSize(); }
     T const& SequenceElement(int i) const { return PartialArrayConstGet(i); }
 
@@ -246,7 +248,7 @@ private:
     // Widened, so that an end near the largest int (a sized array of
     // 2147483647 elements) does not overflow on rounding up.
     int BlockEnd() const {
-        return static_cast<int>((static_cast<std::int64_t>(end) + (std::int64_t{1} << shift) - 1) >> shift);
+        return static_cast<int>((static_cast<std::int64_t>(endPosition) + (std::int64_t{1} << shift) - 1) >> shift);
     }
     // Gives up this array's hold on the table, freeing it when last.
     void ReleaseTable();
@@ -264,7 +266,7 @@ private:
 
     std::int32_t capacity;
     std::int32_t shift;
-    std::int32_t end;
+    std::int32_t endPosition;
     std::int32_t head;
     cow_Counter* tableCounter;
     Block** table;
@@ -366,11 +368,11 @@ cow_1DArrayBlock<T>::~cow_1DArrayBlock() {
 
 template <class T>
 cow_1DArray<T>::cow_1DArray()
-    : capacity(0), shift(0), end(0), head(0), tableCounter(new cow_Counter), table(nullptr) {}
+    : capacity(0), shift(0), endPosition(0), head(0), tableCounter(new cow_Counter), table(nullptr) {}
 
 template <class T>
 cow_1DArray<T>::cow_1DArray(int n)
-    : capacity(16), shift(4), end(n), head(0), tableCounter(new cow_Counter), table(nullptr) {
+    : capacity(16), shift(4), endPosition(n), head(0), tableCounter(new cow_Counter), table(nullptr) {
     // The block length comes from the exponent of n as a float: blocks of
     // 2^(exponent - 3) give 8 to 16 blocks for the whole array, and the
     // table gets that many slots (read from the top mantissa bits, rounded
@@ -391,7 +393,7 @@ template <class T>
 inline cow_1DArray<T>::cow_1DArray(cow_1DArray const& other) noexcept
     : capacity(other.capacity),
       shift(other.shift),
-      end(other.end),
+      endPosition(other.endPosition),
       head(other.head),
       tableCounter(other.tableCounter),
       table(other.table) {
@@ -419,7 +421,7 @@ cow_1DArray<T>& cow_1DArray<T>::operator=(cow_1DArray const& other) {
     ReleaseTable();
     capacity = other.capacity;
     shift = other.shift;
-    end = other.end;
+    endPosition = other.endPosition;
     head = other.head;
     tableCounter = other.tableCounter;
     if (tableCounter != nullptr) tableCounter->Increment();
@@ -454,15 +456,15 @@ void cow_1DArray<T>::CopyArray() {
 
 template <class T>
 inline T& cow_1DArray<T>::Get(int i) {
-    ZORVANCOW_CHECK(i >= 0, "cow_1DArray::Get", "negative index", "index %d, size %d", i, end - head);
-    if (i >= end - head) {
+    ZORVANCOW_CHECK(i >= 0, "cow_1DArray::Get", "negative index", "index %d, size %d", i, endPosition - head);
+    if (i >= endPosition - head) {
         // On a private table whose slots already reach the new end, growing
         // is only a new end; everything else takes the whole of Grow.
         ZORVANCOW_REQUIRE(i < INT_MAX - head, "cow_1DArray::Get", "the position would pass 2147483647",
                           "index %d, head %d", i, head);
         int newEnd = head + i + 1;
-        if (end != 0 && cow_IsSole(tableCounter) && ((newEnd - 1) >> shift) < capacity) {
-            end = newEnd;
+        if (endPosition != 0 && cow_IsSole(tableCounter) && ((newEnd - 1) >> shift) < capacity) {
+            endPosition = newEnd;
         } else {
             Grow(i + 1);
         }
@@ -488,8 +490,8 @@ T& cow_1DArray<T>::FullArrayGet(int p) {
 
 template <class T>
 inline T const& cow_1DArray<T>::PartialArrayConstGet(int i) const {
-    ZORVANCOW_CHECK(i >= 0 && i < end - head && table != nullptr, "cow_1DArray::PartialArrayConstGet",
-                    "index out of range", "index %d, size %d", i, table != nullptr ? end - head : 0);
+    ZORVANCOW_CHECK(i >= 0 && i < endPosition - head && table != nullptr, "cow_1DArray::PartialArrayConstGet",
+                    "index out of range", "index %d, size %d", i, table != nullptr ? endPosition - head : 0);
     int const p = head + i;
     Block* block = table[SlotOf(p)];
     if (block == nullptr) {
@@ -520,7 +522,7 @@ bool cow_1DArray<T>::Grow(int n) {
         table = capacity != 0 ? static_cast<Block**>(mem_Realloc(nullptr, 0)) : nullptr;
         capacity = 0;
         shift = 0;
-        end = 0;
+        endPosition = 0;
         head = 0;
         return true;
     }
@@ -529,8 +531,8 @@ bool cow_1DArray<T>::Grow(int n) {
     int oldBlockEnd = BlockEnd();
     int newCapacity = capacity;
     if (n != 0) {
-        if (end == 0) shift = 4;
-        end = head + n;
+        if (endPosition == 0) shift = 4;
+        endPosition = head + n;
         int blockEnd = BlockEnd();
         if (blockEnd > capacity) newCapacity = blockEnd + 16;
         // Shrinking: the blocks wholly beyond the new end would otherwise
@@ -545,7 +547,7 @@ bool cow_1DArray<T>::Grow(int n) {
         }
     } else {
         shift = 0;
-        end = 0;
+        endPosition = 0;
         head = 0;
         newCapacity = 0;
     }
@@ -565,7 +567,7 @@ bool cow_1DArray<T>::Grow(int n) {
 template <class T>
 void cow_1DArray<T>::ReclaimFront(int n) {
     int const start = BlockStart();
-    if (end == 0 || start <= 0 || 2 * start < capacity) return;
+    if (endPosition == 0 || start <= 0 || 2 * start < capacity) return;
     std::int64_t const newEnd = static_cast<std::int64_t>(head) + n;
     if (((newEnd + (std::int64_t{1} << shift) - 1) >> shift) <= capacity) return;
     // Every slot in front of the head is empty (the head released each block
@@ -578,7 +580,7 @@ void cow_1DArray<T>::ReclaimFront(int n) {
                  sizeof(Block*) * static_cast<std::size_t>(used));
     for (int s = used > start ? used : start; s < stop; ++s) table[s] = nullptr;
     head -= start << shift;
-    end -= start << shift;
+    endPosition -= start << shift;
 }
 
 template <class T>
@@ -595,10 +597,10 @@ T& cow_1DArray<T>::GetHead() {
                           "blocks %d, shift %d", b, shift);
         Grow(static_cast<int>(grown));
     } else {
-        ZORVANCOW_REQUIRE(end < INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
-                          "end %d", end);
+        ZORVANCOW_REQUIRE(endPosition < INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
+                          "end %d", endPosition);
         CopyArray();
-        ++end;
+        ++endPosition;
     }
     // Move all free table space in front of the used slots, by pointer, so
     // that the next (gap << shift) - 1 calls only step the head back.
@@ -610,24 +612,24 @@ T& cow_1DArray<T>::GetHead() {
     // more) cannot put all its free slots in front, since the end would pass
     // 2147483647. It then uses as many as the positions allow and leaves
     // the rest at the back.
-    std::int64_t const room = (static_cast<std::int64_t>(INT_MAX) - end + 1) >> shift;
+    std::int64_t const room = (static_cast<std::int64_t>(INT_MAX) - endPosition + 1) >> shift;
     if (gap > room) gap = static_cast<int>(room);
     ZORVANCOW_REQUIRE(gap > 0, "cow_1DArray::GetHead", "no position left in front of the head",
-                      "end %d, shift %d", end, shift);
+                      "end %d, shift %d", endPosition, shift);
     if (b > 0) {
         std::memmove(static_cast<void*>(table + gap), static_cast<void const*>(table),
                      sizeof(Block*) * static_cast<std::size_t>(b));
     }
     for (int j = 0, stop = gap < b ? gap : b; j < stop; ++j) table[j] = nullptr;
     head = (gap << shift) - 1;
-    end += head;
+    endPosition += head;
     return FullArrayGet(head);
 }
 
 template <class T>
 inline void cow_1DArray<T>::RemoveHead() {
-    ZORVANCOW_CHECK(head < end && cow_IsSole(tableCounter), "cow_1DArray::RemoveHead",
-                    "needs a non-empty array on a private table", "size %d, table shared by %d", end - head,
+    ZORVANCOW_CHECK(head < endPosition && cow_IsSole(tableCounter), "cow_1DArray::RemoveHead",
+                    "needs a non-empty array on a private table", "size %d, table shared by %d", endPosition - head,
                     GetTableShareCount());
     int s = head >> shift;
     ++head;
@@ -655,8 +657,13 @@ void cow_1DArray<T>::SetFromArray(T const* src, int n) {
 
 template <class T>
 inline cow_1DArrayIter<T>::cow_1DArrayIter(cow_1DArray<T> const& source)
-    : array(source), blockData(nullptr), limit(source.end), blockLength(1 << source.shift), position(0), offset(0) {
-    if (array.end - array.head > 0 && At(array.head).BlockData(array) == nullptr) limit = 0;
+    : array(source),
+      blockData(nullptr),
+      limit(source.endPosition),
+      blockLength(1 << source.shift),
+      position(0),
+      offset(0) {
+    if (array.endPosition - array.head > 0 && At(array.head).BlockData(array) == nullptr) limit = 0;
     First();
 }
 

@@ -147,11 +147,14 @@ public:
 
     // Standard interface, with iterators, size and element access from
     // arrays/detail/cow_BlockSequence.h, and the comparisons, printing and
-    // std::hash of every sequence (core/cow_Std.h). Iterators read only, never
-    // unshare and hold no count: any write to this list (Get, Append, removal,
-    // Clear, Sort, assignment, destruction) invalidates them, as a write to a
-    // std::vector does; writes to copies are harmless. For a walk that
-    // survives writes, walk a copy (one increment), or use cow_1DArrayListIter.
+    // std::hash of every sequence (core/cow_Std.h). Iterators of a const list
+    // read only; those of a non-const list, and its operator[], at, front and
+    // back, also write, making private only the blocks written into and never
+    // unsharing on a read (arrays/detail/cow_BlockWriteIterator.h). None holds
+    // a count: any other change of this list (Get, Append, removal, Clear,
+    // Sort, assignment, destruction), and a copy of it taken while writing
+    // iterators live, invalidates them, as a write to a std::vector does. For
+    // a walk that survives writes, walk a copy (one increment), or use cow_1DArrayListIter.
     // A list of `values`, appended in order.
     cow_1DArrayList(std::initializer_list<T> values) : cow_1DArrayList(values.begin(), values.end()) {}
     // A list of the elements of [first, last), appended in order.
@@ -162,15 +165,27 @@ public:
     // A list of the elements of a range (a std::vector, another container).
     template <class R, class = cow_detail::EnableRange<R, cow_1DArrayList>>
     explicit cow_1DArrayList(R const& range) : cow_1DArrayList(cow_detail::Begin(range), cow_detail::End(range)) {}
-    // Random-access iterators over the elements, first to last.
-    cow_BlockIterator<T> begin() const { return this->cbegin(); }
-    cow_BlockIterator<T> end() const { return this->cend(); }
+    // The usual sequence members, so that std::back_inserter and the
+    // like work: Append of one element, Append of an element made from
+    // `args` (giving a reference to it), and removal of the last element
+    // (which gets the zero value; needs a non-empty list).
+    void push_back(T const& value) { Append(value); }
+    template <class... Args>
+    cow_ElementRef<T> emplace_back(Args&&... args) {
+        Append(T(std::forward<Args>(args)...));
+        return this->back();
+    }
+    void pop_back() {
+        ZORVANCOW_CHECK(count > 0, "cow_1DArrayList::pop_back", "the list is empty", "count %d", count);
+        Remove(count - 1);
+    }
 
 private:
     friend class cow_1DArrayListIter<T>;
     friend class cow_BlockSequence<cow_1DArrayList, T>;
     static constexpr char const kSequenceName[] = "cow_1DArrayList";
     cow_1DArray<T> const& SequenceArray() const { return array; }
+    cow_1DArray<T>& SequenceArray() { return array; }
     int SequenceLength() const { return count; }
     T const& SequenceElement(int i) const { return ConstGet(i); }
     typedef cow_detail::ArrayAlgorithms<T> Algorithms;

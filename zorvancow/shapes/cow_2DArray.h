@@ -140,11 +140,12 @@ public:
     std::int32_t GetShareCount() const { return rep.GetShareCount(); }
 
     // Standard interface (shapes/detail/cow_2DArrayStd.h). Iterators are
-    // pointers into the representation, valid while this matrix holds it.
+    // pointers into the representation, valid while this matrix holds it;
+    // those of a non-const matrix write, and unshare the whole first.
     using value_type = T;
     using size_type = std::size_t;
     using const_iterator = T const*;
-    using iterator = T const*;
+    using iterator = T*;
     // All elements, row by row.
     T const* begin() const { return rep.ConstGet() != nullptr ? rep.ConstGet()->data : nullptr; }
     T const* end() const { return begin() + size(); }
@@ -158,6 +159,16 @@ public:
         return cow_Span<T const>(begin() + static_cast<std::ptrdiff_t>(r) * GetColumns(), static_cast<std::size_t>(GetColumns()));
     }
     cow_2DArrayRows<T> Rows() const;
+    // The same on a non-const matrix, for writing: all elements and row r.
+    // Each makes the representation private first, as Get does (copying
+    // every element when it is shared, even if the caller only reads).
+    T* begin() { return rep.Get().data; }
+    T* end() { return begin() + size(); }
+    cow_Span<T> Row(int r) {
+        static_cast<void>(static_cast<cow_2DArray const&>(*this).Row(r));  // its checks
+        T* all = begin();
+        return cow_Span<T>(all + static_cast<std::ptrdiff_t>(r) * GetColumns(), static_cast<std::size_t>(GetColumns()));
+    }
 
 private:
     cow_COW<cow_2DArrayRep<T>, cow_Direct<cow_2DArrayRep<T>>> rep;

@@ -126,14 +126,15 @@ public:
     std::int32_t GetShareCount() const { return rep.GetShareCount(); }
 
     // Standard interface (shapes/detail/cow_FixedArrayStd.h). Iterators are
-    // pointers into the representation, valid while this array holds it.
+    // pointers into the representation, valid while this array holds it;
+    // those of a non-const array write, and unshare the whole first.
     using value_type = T;
     using size_type = std::size_t;
     using difference_type = std::ptrdiff_t;
     using const_reference = T const&;
-    using reference = T const&;
+    using reference = T&;
     using const_iterator = T const*;
-    using iterator = T const*;
+    using iterator = T*;
     // An array of exactly `values`.
     cow_FixedArray(std::initializer_list<T> values);
     // An array of the elements of [first, last) (forward iterators) or of a range.
@@ -156,6 +157,21 @@ public:
     // The first and the last element of a non-empty array.
     T const& front() const { return ConstGet(0); }
     T const& back() const { return ConstGet(GetSize() - 1); }
+    // The same on a non-const array, for writing: each makes the
+    // representation private first, as Get does (copying every element when
+    // it is shared, even if the caller only reads), so its pointers stay
+    // valid until this array is assigned or destroyed. Read through a const
+    // array (std::as_const, cbegin) to keep the sharing.
+    T* begin() { return rep.Get().data; }
+    T* end() { return begin() + GetSize(); }
+    T* data() { return begin(); }
+    T& operator[](std::size_t i) { return Get(static_cast<int>(i)); }
+    T& at(std::size_t i) {
+        static_cast<void>(static_cast<cow_FixedArray const&>(*this).at(i));
+        return Get(static_cast<int>(i));
+    }
+    T& front() { return Get(0); }
+    T& back() { return Get(GetSize() - 1); }
 
 private:
     cow_COW<cow_FixedArrayRep<T>, cow_Direct<cow_FixedArrayRep<T>>> rep;

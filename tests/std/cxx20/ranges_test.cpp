@@ -20,9 +20,13 @@
 
 namespace {
 
-static_assert(std::ranges::random_access_range<cow_1DArray<int>> && std::ranges::sized_range<cow_1DArray<int>>);
-static_assert(std::ranges::random_access_range<cow_List<cow_String>> && std::ranges::common_range<cow_List<int>>);
-static_assert(std::ranges::random_access_range<cow_1DArrayList<double>>);
+// A non-const array or list writes through a proxy that its iterator holds,
+// so its it[n] (a proxy of its own) is not the type of *it: to std::ranges it
+// is bidirectional, and random-access when const.
+static_assert(std::ranges::random_access_range<cow_1DArray<int> const> && std::ranges::sized_range<cow_1DArray<int>>);
+static_assert(std::ranges::random_access_range<cow_List<cow_String> const> && std::ranges::common_range<cow_List<int>>);
+static_assert(std::ranges::bidirectional_range<cow_1DArrayList<double>> &&
+              std::ranges::output_range<cow_List<cow_String>, cow_String>);
 static_assert(std::ranges::contiguous_range<cow_FixedArray<int>>);
 static_assert(std::ranges::contiguous_range<cow_2DArray<int>>);
 static_assert(std::ranges::random_access_range<cow_2DArrayRows<int>>);

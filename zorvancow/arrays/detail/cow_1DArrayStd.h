@@ -4,11 +4,11 @@
 // The standard interface of the blocked array, shared with the lists that
 // sit on it: a random-access iterator that steps inside a block and reads
 // the table once per block, a block-wise walk that hands out contiguous
-// spans, and begin(array)/end(array) as free functions (the array's field
-// `end` takes the member's name). Its constructors from values and ranges
-// are in arrays/cow_1DArray.h.
+// spans. Its constructors from values and ranges are in arrays/cow_1DArray.h;
+// the mutable iterator of a non-const value is in
+// arrays/detail/cow_BlockWriteIterator.h.
 //
-// Iterators read only: they give const references and never unshare. They
+// These iterators read only: they give const references and never unshare. They
 // point into the blocks of the value they came from and do not hold a count,
 // so any write to that value (Get, GetHead, RemoveHead, Grow, SetFromArray,
 // assignment, destruction) invalidates them, as a write to a std::vector
@@ -180,26 +180,6 @@ private:
 template <class Container, class F>
 void cow_ForEachBlock(Container const& container, F&& f) {
     for (cow_Span<typename Container::value_type const> run : cow_Blocks(container)) f(run.data(), run.size());
-}
-
-// Random-access iterators over an array's elements, head first, for
-// range-for, std::ranges and calls as begin(array), end(array).
-template <class T>
-inline cow_BlockIterator<T> begin(cow_1DArray<T> const& array) {
-    return array.cbegin();
-}
-template <class T>
-inline cow_BlockIterator<T> end(cow_1DArray<T> const& array) {
-    return array.cend();
-}
-// The same for a non-const array, which std::ranges looks for by exact type.
-template <class T>
-inline cow_BlockIterator<T> begin(cow_1DArray<T>& array) {
-    return array.cbegin();
-}
-template <class T>
-inline cow_BlockIterator<T> end(cow_1DArray<T>& array) {
-    return array.cend();
 }
 
 ZORVANCOW_STD_SEQUENCE(cow_1DArray)

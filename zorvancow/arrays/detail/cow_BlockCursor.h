@@ -19,7 +19,8 @@ namespace cow_detail {
 //
 // Three ints and no array: it reads no table by itself, so the walk that
 // holds it decides what a slot means (read it, create its block, skip a
-// hole). The array calls below are the two ways the family reads a block.
+// hole). The array calls below are the ways the family reads a block, and
+// the one way its iterators write one.
 class BlockCursor {
 public:
     // At position 0 of an empty range.
@@ -72,6 +73,21 @@ public:
     T const* ReadBlockData(cow_1DArray<T> const& array) const {
         if (T const* data = BlockData(array)) return data;
         return &array.PartialArrayConstGet(position - array.GetHeadPosition()) - Offset();
+    }
+
+    // Whether the block at the position may be written in place: the array's
+    // table and the block are both held once (the gate's test, cow_IsSole).
+    template <class T>
+    bool IsPrivate(cow_1DArray<T> const& array) const {
+        return array.GetTableShareCount() == 1 && array.GetBlockCount(Slot()) == 1;
+    }
+    // The storage of the block at the position, made writable by the array's
+    // own write access (Get of that element): a shared table is copied, then
+    // an absent block created or a shared one copied. The position must lie
+    // inside the array's extent, so nothing grows.
+    template <class T>
+    T* WriteBlockData(cow_1DArray<T>& array) const {
+        return &array.Get(position - array.GetHeadPosition()) - Offset();
     }
 
 private:
