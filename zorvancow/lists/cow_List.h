@@ -192,11 +192,13 @@ cow_List<T>::~cow_List() {
     if (cow_IsSole(array.GetTableCounter())) Clear();
 }
 
+// The count rises only once the element is stored: a copy that throws
+// leaves the list as it was (the slot past the count may have become
+// private, and keeps its zero value).
 template <class T>
 inline cow_List<T>& cow_List<T>::Append(T const& value) {
-    int p = count;
+    array.Get(count) = value;
     ++count;
-    array.Get(p) = value;
     return *this;
 }
 
@@ -210,7 +212,15 @@ cow_List<T>& cow_List<T>::Append(cow_List const& other) {
 
 template <class T>
 inline cow_List<T>& cow_List<T>::Prepend(T const& value) {
-    array.GetHead() = value;
+    T& first = array.GetHead();
+    try {
+        first = value;
+    } catch (...) {
+        // The new front slot goes again (GetHead left the table and its
+        // block private), so the list is as it was.
+        array.RemoveHead();
+        throw;
+    }
     ++count;
     return *this;
 }
@@ -219,10 +229,12 @@ template <class T>
 cow_List<T>& cow_List<T>::InsertAfter(int index, T const& value) {
     ZORVANCOW_CHECK(index >= -1 && index <= count, "cow_List::InsertAfter", "index out of range",
                     "index %d, count %d", index, count);
-    if (index == count) return Append(value);
+    if (index >= count - 1) return Append(value);
     Algorithms::OpenGap(array, count, index + 1);
-    array.Get(index + 1) = value;
+    // The gap holds a copy of its old element, so the list counts it before
+    // the store: a store that throws leaves that element twice, none lost.
     ++count;
+    array.Get(index + 1) = value;
     return *this;
 }
 
@@ -249,8 +261,8 @@ inline cow_List<T>& cow_List<T>::RemoveFirst() {
 template <class T>
 cow_List<T>& cow_List<T>::RemoveLast() {
     ZORVANCOW_CHECK(count > 0, "cow_List::RemoveLast", "the list is empty", "count %d", count);
+    cow_Element<T>::Clear(array.Get(count - 1));
     --count;
-    cow_Element<T>::Clear(array.Get(count));
     return *this;
 }
 
