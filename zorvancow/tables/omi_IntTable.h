@@ -121,9 +121,16 @@ public:
           keyShift(source.keyShift),
           blockPointers(source.blockPointers),
           elementShift(source.elementShift) {
-        for (unsigned int n = 0; n < blockCount; ++n)
-            if (source.blocks[n] != nullptr)
-                blocks[n] = cow_Allocate([&source, n] { return new omi_UintTableBlock<T>(*source.blocks[n]); });
+        try {
+            for (unsigned int n = 0; n < blockCount; ++n)
+                if (source.blocks[n] != nullptr)
+                    blocks[n] = cow_Allocate([&source, n] { return new omi_UintTableBlock<T>(*source.blocks[n]); });
+        } catch (...) {
+            // An element's copy threw: the table blocks made so far go with it.
+            Clear();
+            delete[] blocks;
+            throw;
+        }
     }
     omi_UintTable& operator=(omi_UintTable const&) = delete;
     // Frees every table block with its values, then the pointer array.
@@ -461,9 +468,11 @@ omi_UintTableBlock<T>::~omi_UintTableBlock() {}
 
 template <class T>
 bool omi_UintTableBlock<T>::Insert(unsigned int index, T const& value) {
+    // The bit is set once the value is stored, so a copy that throws
+    // leaves the index as it was.
     std::uint32_t const before = bits.count;
-    bits.SetBit(index);
     this->Set(index, value);
+    bits.SetBit(index);
     return bits.count != before;
 }
 
@@ -514,8 +523,15 @@ omi_IntTable<T>::omi_IntTable(unsigned int a, unsigned int b, unsigned int c)
 
 template <class T>
 omi_IntTable<T>::omi_IntTable(omi_IntTable const& source)
-    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.negative); })),
-      nonNegative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.nonNegative); })) {}
+    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(*source.negative); })), nonNegative(nullptr) {
+    try {
+        nonNegative = cow_Allocate([&source] { return new omi_UintTable<T>(*source.nonNegative); });
+    } catch (...) {
+        // An element's copy threw: the half made first goes with it.
+        delete negative;
+        throw;
+    }
+}
 
 template <class T>
 omi_IntTable<T>::~omi_IntTable() {
