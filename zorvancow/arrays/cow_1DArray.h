@@ -98,7 +98,7 @@ public:
     // a table of 16 slots, or for n from 256 on enough slots for 8 to 16
     // blocks plus 16 free ones. The block length is chosen from n: blocks of
     // n/16 to n/8 elements, 16 below 256; no element is created until it is
-    // touched.
+    // touched. A negative n is refused in every build.
     explicit cow_1DArray(int n);
     // Shares the other's table: one increment, no allocation.
     cow_1DArray(cow_1DArray const& other);
@@ -330,7 +330,12 @@ cow_1DArray<T>::cow_1DArray()
 
 template <class T>
 cow_1DArray<T>::cow_1DArray(int n)
-    : capacity(16), shift(4), end(n), head(0), tableCounter(new cow_Counter), table(nullptr) {
+    : capacity((ZORVANCOW_REQUIRE(n >= 0, "cow_1DArray::cow_1DArray", "negative size", "size %d", n), 16)),
+      shift(4),
+      end(n),
+      head(0),
+      tableCounter(new cow_Counter),
+      table(nullptr) {
     // The block length comes from the exponent of n as a float: blocks of
     // 2^(exponent - 3) give 8 to 16 blocks for the whole array, and the
     // table gets that many slots (read from the top mantissa bits, rounded
@@ -647,7 +652,7 @@ inline cow_1DArray<T>::cow_1DArray(It first, It last) : cow_1DArray() {
     if constexpr (std::is_base_of<std::forward_iterator_tag,
                                   typename std::iterator_traits<It>::iterator_category>::value) {
         // A sized array: its block length and table follow from the size.
-        *this = cow_1DArray(static_cast<int>(std::distance(first, last)));
+        *this = cow_1DArray(cow_detail::RangeLength(first, last, "cow_1DArray::cow_1DArray"));
     }
     for (int i = 0; first != last; ++first, ++i) Get(i) = *first;
 }
