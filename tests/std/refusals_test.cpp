@@ -72,7 +72,6 @@ TEST(RefusalDeathTest, PositionsShapesAndTableArgumentsPastTheirLimitsInEveryBui
          "^cow_FixedArray::cow_FixedArray: a range of more than 2147483647 elements \\(2147483648 elements\\)\n"},
         {[] { cow_1DArray<int>(Counting{0}, Counting{(std::ptrdiff_t{1} << 32) + 16}); },
          "^cow_1DArray::cow_1DArray: a range of more than 2147483647 elements \\(4294967312 elements\\)\n"},
-        {[] { cow_1DArray<int>(-5); }, "^cow_1DArray::cow_1DArray: negative size \\(size -5\\)\n"},
     });
 }
 
@@ -110,7 +109,6 @@ TEST(RefusalDeathTest, CheckedModeStopsEveryBrokenPrecondition) {
         {[&] { two.InsertAfter(-2, 9); }, "cow_List::InsertAfter: index out of range \\(index -2, count 2\\)"},
         {[&] { two.Get(-1); }, "cow_List::Get: negative index \\(index -1, count 2\\)"},
         {[&] { two.ConstGet(-1); }, "cow_List::ConstGet: index out of range"},
-        {[&] { two.Append(two); }, "cow_List::Append: a list appended to itself \\(count 2\\)"},
         {[&] { noElements.Pop(); }, "cow_1DArrayList::Pop: the list is empty \\(count 0\\)"},
         {[&] { noElements.Remove(0); }, "cow_1DArrayList::Remove: needs a non-empty list"},
         {[&] { three.Slice(-3, 2); }, "cow_1DArrayList::Slice: negative start \\(start -3, stop 2, count 3\\)"},
@@ -131,6 +129,7 @@ TEST(RefusalDeathTest, CheckedModeStopsEveryBrokenPrecondition) {
         {[&] { unpositioned.CurrentKey(); },
          "^omi_UintTableIterator::CurrentKey: the iterator is done or not positioned"},
         {[&] { tableDone.CurrentValue(); }, "omi_UintTableIterator::CurrentValue: the iterator is done or not positioned"},
+        {[] { cow_1DArray<int>(-5); }, "^cow_1DArray::cow_1DArray: negative size \\(size -5\\)\n"},
         {[&] { (void)matrix.Row(2); }, "^cow_2DArray::Row: row out of range \\(row 2, shape 2 x 3\\)\n"},
         {[&] { (void)matrix.Row(-1); }, "cow_2DArray::Row: row out of range \\(row -1,"},
     });
