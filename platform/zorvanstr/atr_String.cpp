@@ -15,9 +15,9 @@ namespace {
 // Texts are made and freed on any thread; their counters are atomic.
 std::atomic<long> liveTexts{0};
 std::atomic<long> deleteCalls{0};
-int naturalOrder = 0;
-int liveAllocators = 0;
-int madeAllocators = 0;
+std::atomic<int> naturalOrder{0};
+std::atomic<int> liveAllocators{0};
+std::atomic<int> madeAllocators{0};
 zorvan_LifecycleRecord lifecycle;
 
 bool IsDigit(unsigned char c) { return c >= '0' && c <= '9'; }
