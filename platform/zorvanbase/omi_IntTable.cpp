@@ -1,7 +1,9 @@
 #include "zorvanbase/omi_IntTable.h"
 
+#include <atomic>
+
 namespace {
-long liveTables = 0;
+std::atomic<long> liveTables{0};
 }
 
 omi_IntTable<int>::omi_IntTable() { ++liveTables; }

@@ -1,5 +1,6 @@
 #include "zorvanbase/omni_SystemMessage.h"
 
+#include <atomic>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -8,8 +9,8 @@
 
 namespace {
 
-long liveMessages = 0;
-long messageCalls = 0;
+std::atomic<long> liveMessages{0};
+std::atomic<long> messageCalls{0};
 
 // The user's default language for messages, from the environment, whatever
 // locale the program itself has set. The "C" texts when the environment

@@ -8,7 +8,7 @@ namespace {
 
 // Atomic, like the heap it counts: blocks come and go on any thread.
 std::atomic<long> liveBlocks{0};
-long callClock = 0;
+std::atomic<long> callClock{0};
 zorvan_LifecycleRecord lifecycle;
 
 [[noreturn]] void OutOfMemory(std::size_t size) {

@@ -1,6 +1,7 @@
 #include "zorvanstr/atr_String.h"
 
 #include <atomic>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -14,9 +15,9 @@ namespace {
 // Texts are made and freed on any thread; their counters are atomic.
 std::atomic<long> liveTexts{0};
 std::atomic<long> deleteCalls{0};
-int naturalOrder = 0;
-int liveAllocators = 0;
-int madeAllocators = 0;
+std::atomic<int> naturalOrder{0};
+std::atomic<int> liveAllocators{0};
+std::atomic<int> madeAllocators{0};
 zorvan_LifecycleRecord lifecycle;
 
 bool IsDigit(unsigned char c) { return c >= '0' && c <= '9'; }
@@ -60,6 +61,12 @@ int CompareNaturally(unsigned char const* left, unsigned char const* right) {
 
 atr_StringBase::atr_StringBase(char const* source) {
     std::size_t length = std::strlen(source);
+    if (length > 0x7FFFFFFFu) {
+        // The header counts bytes in 32 signed bits.
+        std::fprintf(stderr, "atr_StringBase::atr_StringBase: a text of 2^31 bytes or more (%zu bytes)\n", length);
+        std::fflush(stderr);
+        std::abort();
+    }
     void* block = std::malloc(sizeof(atr_StringHeader) + length + 1);
     if (block == nullptr) std::abort();
     header = new (block) atr_StringHeader{1, 0, static_cast<std::int32_t>(length)};

@@ -31,7 +31,7 @@ std::vector<int> Shape(cow_1DArray<int> const& a) {
 }
 
 TEST(BlockedArray, SizedConstructionPicksBlockLengthFromTheFloatExponent) {
-    int const rows[][3] = {{-7, 4, 16},     {255, 4, 16},     {256, 5, 24},       {257, 5, 25},
+    int const rows[][3] = {{0, 4, 16},      {255, 4, 16},     {256, 5, 24},       {257, 5, 25},
                            {384, 5, 28},    {511, 5, 32},     {512, 6, 24},       {1000, 6, 32},
                            {65536, 13, 24}, {100000, 13, 29}, {16777217, 21, 24}, {INT_MAX, 28, 24}};
     for (auto const& [n, shift, capacity] : rows) {

@@ -68,7 +68,7 @@ if ldd "$prefix/lib/libzorvancow.so" | grep -q "not found"; then
   fail "libzorvancow.so does not find its siblings"
 fi
 
-strict=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+strict=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror)
 
 echo "== each public header alone"
 headers=$(cd "$prefix/include" && find . -name '*.h' -not -path '*/detail/*' | sed 's|^\./||' | sort)

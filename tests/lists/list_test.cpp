@@ -167,29 +167,53 @@ TEST(List, StringsSortByTheNaturalOrderSwitch) {
     EXPECT_EQ(GetLengthShortestString(cow_List<cow_String>()), 0u) << "no string: no shortest length either";
 }
 
-// A queue holds the run of ints [front, next). Ten in flight over 2^22
-// appends and as many removals: positions move back by whole blocks instead
-// of the table growing. Then rounds that grow it to 1000 and drain it to 5:
-// its table stays proportional to the most it ever held (without the moves
-// it would reach some 7,500 slots). Copies across the moves are the
-// interpreter's.
-TEST(ListQueue, MovingPositionsBackKeepsTheTableSmall) {
-    NoLeaks noLeaks;
-    cow_List<int> queue;
-    int front = 0, next = 0, widest = 0;
-    auto step = [&](int keep) {
-        queue.Append(next++);
-        for (; next - front > keep; ++front) queue.RemoveFirst();
-        widest = std::max(widest, queue.GetArray().GetCapacity());
-    };
-    for (int i = 0; i < (1 << 22); ++i) step(10);
-    EXPECT_EQ(widest, 17) << "the table of the first 16 blocks plus one never grows";
-    EXPECT_LT(queue.GetArray().GetEndPosition(), 17 * 16);
-    for (int round = 0; round < 40; ++round)
-        for (int i = 0; i < 3000; ++i) step(round % 4 == 1 ? 1000 : 5);
-    EXPECT_LE(queue.GetArray().GetCapacity(), 200);
-    ASSERT_EQ(queue.GetCount(), next - front);
-    for (int i = 0; i < queue.GetCount(); ++i) ASSERT_EQ(queue.ConstGet(i), front + i) << i;
+// A queue holds the run of ints [front, next), fed at one end and drained
+// at the other, forwards (Append, RemoveFirst) or in reverse (Prepend,
+// RemoveLast). Ten in flight over 10^6 steps: the table stops growing once
+// it reaches the size from which the blocks move within it, and so does the
+// number of blocks. Then rounds that grow it to 1000 and drain it to 5.
+TEST(ListQueue, BothQueuesStayInBoundedMemory) {
+    for (bool reverse : {false, true}) {
+        NoLeaks noLeaks;
+        std::size_t const objects = testing_support::NewCalls() - testing_support::DeleteCalls();
+        cow_List<int> queue;
+        int front = 0, next = 0, widest = 0;
+        std::size_t most = 0;
+        auto step = [&](int keep) {
+            reverse ? queue.Prepend(next++) : queue.Append(next++);
+            for (; next - front > keep; ++front) reverse ? queue.RemoveLast() : queue.RemoveFirst();
+            widest = std::max(widest, queue.GetArray().GetCapacity());
+            most = std::max(most, testing_support::NewCalls() - testing_support::DeleteCalls() - objects);
+        };
+        for (int i = 0; i < 1000000; ++i) step(10);
+        int const limit = cow_1DArray<int>::kQueueSlots + 17;
+        EXPECT_LE(widest, limit) << reverse;
+        EXPECT_LE(most, 2u * limit) << reverse << ": blocks and their counters";
+        for (int round = 0; round < 40; ++round)
+            for (int i = 0; i < 3000; ++i) step(round % 4 == 1 ? 1000 : 5);
+        EXPECT_LE(queue.GetArray().GetCapacity(), limit) << reverse;
+        ASSERT_EQ(queue.GetCount(), next - front);
+        for (int i = 0; i < queue.GetCount(); ++i)
+            ASSERT_EQ(queue.ConstGet(i), reverse ? next - 1 - i : front + i) << i;
+    }
+}
+
+// Below the queue size the growth rules hold exactly: a new list given
+// Prepend then Append has 34 slots, head 271 and end 273, and 271 more
+// Prepends end at head 0. A list appended to itself doubles.
+TEST(ListQueue, SmallTablesFollowTheGrowthRules) {
+    cow_List<int> list;
+    list.Prepend(1).Append(2);
+    cow_1DArray<int> const& a = list.GetArray();
+    EXPECT_EQ(a.GetCapacity(), 34);
+    EXPECT_EQ(a.GetHeadPosition(), 271);
+    EXPECT_EQ(a.GetEndPosition(), 273);
+    for (int i = 0; i < 271; ++i) list.Prepend(-i);
+    EXPECT_EQ(a.GetHeadPosition(), 0);
+    EXPECT_EQ(a.GetEndPosition(), 273);
+    list.Append(list);
+    ASSERT_EQ(list.GetCount(), 2 * 273);
+    for (int i = 0; i < 273; ++i) ASSERT_EQ(list.ConstGet(i + 273), list.ConstGet(i)) << i;
 }
 
 }  // namespace

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <random>
-#include <stdexcept>
 #include <utility>
 #include <string>
 #include <vector>
@@ -101,69 +100,6 @@ TEST(ElementRules, SortKeepsEqualElementsInOrderWhicheverWayItMovesThem) {
         ExpectStableSort<Tagged>(n);
         ExpectStableSort<Labelled>(n);
     }
-}
-
-// An element whose copy assignment throws on the armed call.
-struct Fragile {
-    static inline long live = 0;
-    static inline int throwIn = 0;  // the copy number that throws; 0 for none
-    int value = 0;
-    Fragile() { ++live; }
-    explicit Fragile(int v) : value(v) { ++live; }
-    Fragile(Fragile const& other) : value(other.value) { ++live; }
-    Fragile& operator=(Fragile const& other) {
-        if (throwIn != 0 && --throwIn == 0) throw std::runtime_error("copy refused");
-        value = other.value;
-        return *this;
-    }
-    ~Fragile() { --live; }
-};
-
-// Runs `operation` with the n-th element copy throwing, for every n until it
-// completes; each failed attempt must leave no object and no allocation behind.
-template <class Operation>
-void ExpectEveryThrowFreesTheRun(char const* name, Operation operation) {
-    for (int n = 1;; ++n) {
-        long const live = Fragile::live;
-        testing_support::NoLeaks noLeaks;
-        Fragile::throwIn = n;
-        bool threw = false;
-        try {
-            operation();
-        } catch (std::runtime_error const&) {
-            threw = true;
-        }
-        Fragile::throwIn = 0;
-        ASSERT_TRUE(n < 100) << name;
-        if (!threw) return;
-        EXPECT_EQ(Fragile::live, live) << name << ", copy " << n;
-    }
-}
-
-TEST(ElementRules, ADeepCopyWhoseElementCopyThrowsFreesWhatItMade) {
-    cow_FixedArray<Fragile> fixed(8, Fragile(3));
-    cow_2DArray<Fragile> matrix(3, 4, Fragile(4));
-    cow_1DArrayList<Fragile> list;
-    for (int i = 0; i < 20; ++i) list.Append(Fragile(i));
-
-    ExpectEveryThrowFreesTheRun("fixed array", [&fixed] {
-        cow_FixedArray<Fragile> copy = fixed;
-        copy.Get(7) = Fragile(9);
-    });
-    ExpectEveryThrowFreesTheRun("matrix", [&matrix] {
-        cow_2DArray<Fragile> copy = matrix;
-        copy.Get(2, 3) = Fragile(9);
-    });
-    ExpectEveryThrowFreesTheRun("GetCArray", [&list] {
-        int size = 0;
-        Fragile* copy = list.GetCArray(size);
-        delete[] copy;
-    });
-    // The sources were never touched.
-    EXPECT_EQ(fixed.GetShareCount(), 1);
-    EXPECT_TRUE(std::all_of(fixed.begin(), fixed.end(), [](Fragile const& f) { return f.value == 3; }));
-    EXPECT_TRUE(std::all_of(matrix.begin(), matrix.end(), [](Fragile const& f) { return f.value == 4; }));
-    for (int i = 0; i < 20; ++i) EXPECT_EQ(list.ConstGet(i).value, i);
 }
 
 TEST(ElementRules, KeysOfEveryIntegralTypeAndStdString) {

@@ -106,7 +106,7 @@ public:
     // a table of 16 slots, or for n from 256 on enough slots for 8 to 16
     // blocks plus 16 free ones. The block length is chosen from n: blocks of
     // n/16 to n/8 elements, 16 below 256; no element is created until it is
-    // touched.
+    // touched. n must not be negative (checked mode stops on it).
     explicit cow_1DArray(int n);
     // Shares the other's table: one increment, no allocation.
     cow_1DArray(cow_1DArray const& other) noexcept;
@@ -190,6 +190,17 @@ public:
     // Number of elements, end - head.
     int GetSize() const { return endPosition - head; }
 
+    // The table size from which the queue rules act. A list used as a queue
+    // (Append then RemoveFirst, or Prepend then RemoveLast, at a steady
+    // length) would otherwise grow its table, and in reverse its blocks,
+    // without bound. From this many slots on, when the elements fill a
+    // quarter of the table or less, a growth that would lengthen the table
+    // moves the blocks within it instead. Below it the growth rules hold
+    // exactly. 2048 slots of pointers are 16 KiB; the blocks that a reverse
+    // queue leaves behind its count until the next move stay below 1 MB for
+    // small elements.
+    static constexpr int kQueueSlots = 2048;
+
     // Inspection, read-only: the table's slot count, log2 of the block
     // length, the absolute head and end positions, how many arrays share the
     // table (iterators included) and the counter itself (equal counters mean
@@ -252,9 +263,10 @@ private:
     }
     // Gives up this array's hold on the table, freeing it when last.
     void ReleaseTable();
-    // Before growth to n elements: when the table would have to grow while
-    // at least half of it lies empty in front of the head (a list used as a
-    // queue leaves that behind), moves the used slots to the front instead.
+    // Before growth to n elements: when the table would have to grow, has
+    // kQueueSlots slots or more, and its used slots are a quarter of it or
+    // less with the rest empty in front of the head (a list used as a queue
+    // leaves that behind), moves the used slots to the front instead.
     // An internal step of Grow.
     void ReclaimFront(int n);
     // Lowers a block's count, destroying it at 0; true when destroyed.
@@ -372,7 +384,12 @@ cow_1DArray<T>::cow_1DArray()
 
 template <class T>
 cow_1DArray<T>::cow_1DArray(int n)
-    : capacity(16), shift(4), endPosition(n), head(0), tableCounter(new cow_Counter), table(nullptr) {
+    : capacity((ZORVANCOW_CHECK(n >= 0, "cow_1DArray::cow_1DArray", "negative size", "size %d", n), 16)),
+      shift(4),
+      endPosition(n),
+      head(0),
+      tableCounter(new cow_Counter),
+      table(nullptr) {
     // The block length comes from the exponent of n as a float: blocks of
     // 2^(exponent - 3) give 8 to 16 blocks for the whole array, and the
     // table gets that many slots (read from the top mantissa bits, rounded
@@ -567,7 +584,7 @@ bool cow_1DArray<T>::Grow(int n) {
 template <class T>
 void cow_1DArray<T>::ReclaimFront(int n) {
     int const start = BlockStart();
-    if (endPosition == 0 || start <= 0 || 2 * start < capacity) return;
+    if (endPosition == 0 || start <= 0 || capacity < kQueueSlots || 4 * (BlockEnd() - start) > capacity) return;
     std::int64_t const newEnd = static_cast<std::int64_t>(head) + n;
     if (((newEnd + (std::int64_t{1} << shift) - 1) >> shift) <= capacity) return;
     // Every slot in front of the head is empty (the head released each block
@@ -702,7 +719,7 @@ inline cow_1DArray<T>::cow_1DArray(It first, It last) : cow_1DArray() {
     if constexpr (std::is_base_of<std::forward_iterator_tag,
                                   typename std::iterator_traits<It>::iterator_category>::value) {
         // A sized array: its block length and table follow from the size.
-        *this = cow_1DArray(static_cast<int>(std::distance(first, last)));
+        *this = cow_1DArray(cow_detail::RangeLength(first, last, "cow_1DArray::cow_1DArray"));
     }
     for (int i = 0; first != last; ++first, ++i) Get(i) = *first;
 }

@@ -65,11 +65,15 @@ inline bool cow_IsSole(cow_Counter const* counter) { return counter->GetCount() 
 // The unshare step, for a holder that the gate turned away: it gives up its
 // hold on `shared` (the other holders keep it, so nothing is freed) and
 // returns its own replacement at count 1, a C made from `args`: a new
-// counter for a handle or a table, a copy of the block for a block.
+// counter for a handle or a table, a copy of the block for a block. The
+// replacement is complete before the hold is given up, so when making it
+// throws (an element's copy), the holder still holds `shared` and nothing
+// has changed.
 template <class C, class... Args>
 C* cow_Unshare(C* shared, Args&&... args) {
+    C* own = new C(std::forward<Args>(args)...);
     shared->Decrement();
-    return new C(std::forward<Args>(args)...);
+    return own;
 }
 
 // A handle that shares one pointee with its copies. The pointee may be null

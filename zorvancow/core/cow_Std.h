@@ -10,6 +10,7 @@
 // interface.
 
 #include <algorithm>
+#include <climits>
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
@@ -152,6 +153,17 @@ template <class R, class Self>
 using EnableRange = std::enable_if_t<IsRange<R>::value && !std::is_same<std::decay_t<R>, Self>::value>;
 template <class I>
 using EnableIterator = std::enable_if_t<IsIterator<I>::value>;
+
+// The length of [first, last) as an int, for a container made from it. A
+// range of more elements than an int counts is refused in every build,
+// before anything is allocated or written.
+template <class It>
+int RangeLength(It first, It last, char const* where) {
+    auto const n = std::distance(first, last);
+    ZORVANCOW_REQUIRE(n <= INT_MAX, where, "a range of more than 2147483647 elements", "%lld elements",
+                      static_cast<long long>(n));
+    return static_cast<int>(n);
+}
 
 // Whether std::hash<T> may be used.
 template <class T, class = void>

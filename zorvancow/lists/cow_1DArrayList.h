@@ -216,9 +216,9 @@ cow_1DArrayList<T>::~cow_1DArrayList() {}
 
 template <class T>
 inline void cow_1DArrayList<T>::Append(T const& value) {
-    int p = count;
+    // The count rises only once the element is stored.
+    array.Get(count) = value;
     ++count;
-    array.Get(p) = value;
 }
 
 template <class T>
@@ -227,9 +227,8 @@ void cow_1DArrayList<T>::Append(cow_1DArrayList const& other) {
     if (other.count > count) array.Grow(other.count);
     for (int i = 0; i < other.count; ++i) {
         T const& value = other.array.PartialArrayConstGet(i);
-        int p = count;
+        array.Get(count) = value;
         ++count;
-        array.Get(p) = value;
     }
 }
 
@@ -242,8 +241,9 @@ bool cow_1DArrayList<T>::Insert(int index, T const& value) {
         return true;
     }
     Algorithms::OpenGap(array, count, index);
-    array.Get(index) = value;
+    // Counted before the store, as cow_List::InsertAfter does.
     ++count;
+    array.Get(index) = value;
     return true;
 }
 

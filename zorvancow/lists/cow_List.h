@@ -18,8 +18,8 @@
 // core/cow_Element.h), as for cow_1DArrayList. Indices and non-empty lists
 // are the caller's duty; checked mode (core/cow_Check.h) stops on a negative
 // index, an index past the array's size on a read (the array's size, not the
-// count), an InsertAfter index outside -1..count, a removal from an empty
-// list and a list appended to itself. Counts are plain integers, and even an
+// count), an InsertAfter index outside -1..count and a removal from an
+// empty list. Counts are plain integers, and even an
 // equality test (which creates absent blocks) or a destruction touches them,
 // so lists that share storage belong to one thread at a time.
 //
@@ -79,9 +79,15 @@ public:
     // Appends the other list's elements one by one, after setting the
     // array's extent to the sum of both counts (a reservation: no element
     // below this count is touched; blocks wholly beyond the sum are let go,
-    // and a sum of 0 resets the array). Not for appending a list to itself.
+    // and a sum of 0 resets the array). The other count is read once, so a
+    // list appended to itself doubles.
     cow_List& Append(cow_List const& other);
-    // Puts one element in front of the first: no element moves.
+    // Puts one element in front of the first: no element moves. Used as a
+    // reverse queue (Prepend, then RemoveLast) on a table of
+    // cow_1DArray::kQueueSlots slots or more whose elements fill a quarter
+    // of it or less, the array's end first falls to the count when the
+    // table would grow: the blocks behind the count go and the free slots
+    // move in front again, so memory stays bounded.
     cow_List& Prepend(T const& value);
     // Puts `value` behind the element at `index` (-1 to count; -1 puts it
     // first, count and count - 1 both append). Elements above move one place
@@ -221,25 +227,45 @@ cow_List<T>::~cow_List() {
     if (array.GetTableShareCount() == 1) Clear();
 }
 
+// The count rises only once the element is stored: a copy that throws
+// leaves the list as it was (the slot past the count may have become
+// private, and keeps its zero value).
 template <class T>
 inline cow_List<T>& cow_List<T>::Append(T const& value) {
-    int p = count;
+    array.Get(count) = value;
     ++count;
-    array.Get(p) = value;
     return *this;
 }
 
 template <class T>
 cow_List<T>& cow_List<T>::Append(cow_List const& other) {
-    ZORVANCOW_CHECK(&other != this, "cow_List::Append", "a list appended to itself", "count %d", count);
-    array.Grow(count + other.count);
-    for (int i = 0; i < other.count; ++i) Append(other.array.PartialArrayConstGet(i));
+    int const n = other.count;
+    array.Grow(count + n);
+    for (int i = 0; i < n; ++i) Append(other.array.PartialArrayConstGet(i));
     return *this;
 }
 
 template <class T>
 inline cow_List<T>& cow_List<T>::Prepend(T const& value) {
-    array.GetHead() = value;
+    if (array.GetHeadPosition() == 0 && count > 0 && array.GetCapacity() >= cow_1DArray<T>::kQueueSlots) {
+        // The next GetHead would grow the table when the blocks reach its
+        // end. Blocks behind the count hold only removed elements' zero
+        // values; with few enough blocks in use, they go instead, and
+        // GetHead finds free slots to move in front.
+        int const shift = array.GetShift();
+        std::int64_t const used = ((std::int64_t{count} - 1) >> shift) + 1;
+        std::int64_t const blockEnd = (std::int64_t{array.GetEndPosition()} + (std::int64_t{1} << shift) - 1) >> shift;
+        if (blockEnd == array.GetCapacity() && 4 * used <= array.GetCapacity()) array.Grow(count);
+    }
+    T& first = array.GetHead();
+    try {
+        first = value;
+    } catch (...) {
+        // The new front slot goes again (GetHead left the table and its
+        // block private), so the list is as it was.
+        array.RemoveHead();
+        throw;
+    }
     ++count;
     return *this;
 }
@@ -248,10 +274,12 @@ template <class T>
 cow_List<T>& cow_List<T>::InsertAfter(int index, T const& value) {
     ZORVANCOW_CHECK(index >= -1 && index <= count, "cow_List::InsertAfter", "index out of range",
                     "index %d, count %d", index, count);
-    if (index == count) return Append(value);
+    if (index >= count - 1) return Append(value);
     Algorithms::OpenGap(array, count, index + 1);
-    array.Get(index + 1) = value;
+    // The gap holds a copy of its old element, so the list counts it before
+    // the store: a store that throws leaves that element twice, none lost.
     ++count;
+    array.Get(index + 1) = value;
     return *this;
 }
 
@@ -278,8 +306,8 @@ inline cow_List<T>& cow_List<T>::RemoveFirst() {
 template <class T>
 cow_List<T>& cow_List<T>::RemoveLast() {
     ZORVANCOW_CHECK(count > 0, "cow_List::RemoveLast", "the list is empty", "count %d", count);
+    cow_Element<T>::Clear(array.Get(count - 1));
     --count;
-    cow_Element<T>::Clear(array.Get(count));
     return *this;
 }
 

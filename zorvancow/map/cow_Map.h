@@ -19,8 +19,10 @@
 #include <cstdint>
 #include <cstdlib>
 #include <initializer_list>
+#include <type_traits>
 #include <utility>
 #include <new>
+#include <vector>
 
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Check.h"
@@ -563,8 +565,41 @@ template <class K, class V>
 bool cow_Map<K, V>::Remove(K const& key) {
     if (!IsMember(key)) return false;
 
-    // Down to the key's node, copying the shared nodes above it.
+    // Down to the key's node, copying the shared nodes above it. A copy
+    // that throws here leaves the map as it was.
     Link* link = FindLink(key);
+
+    // Keys and values whose copies may throw are pulled up into new nodes,
+    // built from the bottom while the map still holds the old path, and
+    // linked in with one handle assignment: a throw frees what was built and
+    // leaves the map as it was. Each new node holds the key and value of the
+    // node below its old one and shares its other branch, so shapes, keys
+    // and counts end as the pull-up in place leaves them. Plain values and
+    // the library's own (whose copies only raise a count) are pulled up in
+    // place.
+    constexpr bool inPlace =
+        (std::is_nothrow_copy_assignable<K>::value || cow_ElementBytewise<K>::value) &&
+        (std::is_nothrow_copy_assignable<V>::value || cow_ElementBytewise<V>::value);
+    if constexpr (!inPlace) {
+        std::vector<Node const*> path;
+        for (Node const* node = link->ConstGet(); node != nullptr;
+             node = node->child[node->child[1].ConstGet() != nullptr ? 1 : 0].ConstGet()) {
+            path.push_back(node);
+        }
+        Link below(static_cast<Node*>(nullptr));
+        for (std::size_t i = path.size() - 1; i-- > 0;) {
+            Node const* old = path[i];
+            int const down = old->child[1].ConstGet() != nullptr ? 1 : 0;
+            Link fresh(cow_Allocate([&] { return new Node(path[i + 1]->key, path[i + 1]->value); }));
+            Node& made = fresh.Get();  // sole: nothing is copied
+            made.child[1 - down] = old->child[1 - down];
+            made.child[down] = below;
+            below = fresh;
+        }
+        *link = below;
+        --count;
+        return true;
+    }
 
     // Pull keys up along the right-preferring path until a leaf is reached.
     for (;;) {

@@ -13,7 +13,7 @@
 // elements of a row are adjacent, and rows * columns must fit an int.
 // 0 <= r < GetRows() and 0 <= c < GetColumns() are the caller's duty;
 // checked mode (core/cow_Check.h) stops on an index outside them in ConstGet
-// and Get. Row(r) and the row range are not checked. A shape whose element
+// and Get, and on a row outside them in Row(r). A shape whose element
 // count does not fit an int is refused in every build.
 
 #include <algorithm>
@@ -156,6 +156,8 @@ public:
     bool empty() const { return size() == 0; }
     // Row r as a contiguous span, and all rows as a random-access range of spans.
     cow_Span<T const> Row(int r) const {
+        ZORVANCOW_CHECK(r >= 0 && r < GetRows(), "cow_2DArray::Row", "row out of range", "row %d, shape %d x %d", r,
+                        GetRows(), GetColumns());
         return cow_Span<T const>(begin() + static_cast<std::ptrdiff_t>(r) * GetColumns(), static_cast<std::size_t>(GetColumns()));
     }
     cow_2DArrayRows<T> Rows() const;

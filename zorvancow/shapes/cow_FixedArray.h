@@ -250,7 +250,9 @@ inline cow_FixedArray<T>::cow_FixedArray(std::initializer_list<T> values)
 template <class T>
 template <class It, class>
 inline cow_FixedArray<T>::cow_FixedArray(It first, It last)
-    : rep(cow_Allocate([&first, &last] { return new cow_FixedArrayRep<T>(static_cast<int>(std::distance(first, last))); })) {
+    : rep(cow_Allocate([&first, &last] {
+          return new cow_FixedArrayRep<T>(cow_detail::RangeLength(first, last, "cow_FixedArray::cow_FixedArray"));
+      })) {
     // The handle is new and private, so Get copies nothing here.
     T* data = rep.Get().data;
     for (; first != last; ++first) *data++ = *first;

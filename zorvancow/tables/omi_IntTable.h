@@ -128,9 +128,16 @@ public:
           keyShift(source.keyShift),
           blockPointers(source.blockPointers),
           elementShift(source.elementShift) {
-        for (unsigned int n = 0; n < source.blockCount; ++n)
-            if (source.blocks[n] != nullptr)
-                blocks[n] = cow_Allocate([&source, n] { return new omi_UintTableBlock<T>(*source.blocks[n]); });
+        try {
+            for (unsigned int n = 0; n < source.blockCount; ++n)
+                if (source.blocks[n] != nullptr)
+                    blocks[n] = cow_Allocate([&source, n] { return new omi_UintTableBlock<T>(*source.blocks[n]); });
+        } catch (...) {
+            // An element's copy threw: the table blocks made so far go with it.
+            Clear();
+            delete[] blocks;
+            throw;
+        }
     }
     omi_UintTable& operator=(omi_UintTable const&) = delete;
     // Takes the other's blocks; `other` keeps its arguments and is left
@@ -546,9 +553,11 @@ omi_UintTableBlock<T>::~omi_UintTableBlock() {}
 
 template <class T>
 bool omi_UintTableBlock<T>::Insert(unsigned int index, T const& value) {
+    // The bit is set once the value is stored, so a copy that throws
+    // leaves the index as it was.
     std::uint32_t const before = bits.count;
-    bits.SetBit(index);
     this->Set(index, value);
+    bits.SetBit(index);
     return bits.count != before;
 }
 
@@ -604,8 +613,15 @@ omi_IntTable<T>::omi_IntTable(unsigned int a, unsigned int b, unsigned int c)
 
 template <class T>
 omi_IntTable<T>::omi_IntTable(omi_IntTable const& source)
-    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(source.GetNegative()); })),
-      nonNegative(cow_Allocate([&source] { return new omi_UintTable<T>(source.GetNonNegative()); })) {}
+    : negative(cow_Allocate([&source] { return new omi_UintTable<T>(source.GetNegative()); })), nonNegative(nullptr) {
+    try {
+        nonNegative = cow_Allocate([&source] { return new omi_UintTable<T>(source.GetNonNegative()); });
+    } catch (...) {
+        // An element's copy threw: the half made first goes with it.
+        delete negative;
+        throw;
+    }
+}
 
 template <class T>
 omi_IntTable<T>::~omi_IntTable() {

@@ -33,6 +33,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <utility>
+#include <vector>
 
 #include "zorvancow/core/cow_COW.h"
 #include "zorvancow/core/cow_Check.h"
@@ -345,6 +346,24 @@ private:
     template <class MakeCopy>
     static Handle* RebuiltLink(Handle const* link, MakeCopy const& copy);
 
+    // Sets the count from a walk of the nodes. Only for the way out of a
+    // throw: an element's copy that fails while a write rebalances comes
+    // after the node was linked in or unlinked, and a walk is the one way
+    // to know which. Linear, with a stack on the heap.
+    void Recount() {
+        std::int32_t n = 0;
+        std::vector<Node const*> pending;
+        if (root != nullptr) pending.push_back(root->ConstGet());
+        while (!pending.empty()) {
+            Node const* node = pending.back();
+            pending.pop_back();
+            ++n;
+            if (node->left != nullptr) pending.push_back(node->left->ConstGet());
+            if (node->right != nullptr) pending.push_back(node->right->ConstGet());
+        }
+        count = n;
+    }
+
     // The node of `key`, or null; makes every node it visits private.
     Node* Find(K const& key);
     // The node of `key`, or null; reads only.
@@ -645,13 +664,22 @@ bool cow_Btree<K, V>::InsertUnlessMember(K const& key, V const& value) {
         count = 1;
         return true;
     }
-    Node& top = root->Get();
-    bool const added = top.InsertUnlessMember(key, value);
-    if (added) {
-        ++count;
-        if (Handle* moved = top.Balance(root)) root = moved;
+    // A copy of a node that throws on the way down changes nothing; one
+    // that throws in a rotation on the way back comes after the new node
+    // was linked in. Either way the tree stays whole and ordered, and the
+    // count is taken again before the exception goes on.
+    try {
+        Node& top = root->Get();
+        bool const added = top.InsertUnlessMember(key, value);
+        if (added) {
+            ++count;
+            if (Handle* moved = top.Balance(root)) root = moved;
+        }
+        return added;
+    } catch (...) {
+        Recount();
+        throw;
     }
-    return added;
 }
 
 template <class K, class V>
@@ -661,15 +689,27 @@ bool cow_Btree<K, V>::Remove(K const& key) {
     // special case. It borrows the root link without counting it.
     Node sentinel(K(), defaultValue);
     sentinel.left = root;
-    bool const removed = root->Get().Remove(key, sentinel);
+    bool removed;
+    try {
+        removed = root->Get().Remove(key, sentinel);
+    } catch (...) {
+        // A node copy that threw, on the way down (nothing changed) or while
+        // rebalancing after the unlink (the key is gone, and the root may
+        // be another node): the sentinel gives the root back, never frees
+        // it, and the count is taken again.
+        root = sentinel.left;
+        sentinel.left = nullptr;
+        Recount();
+        throw;
+    }
+    root = sentinel.left;
+    sentinel.left = nullptr;
     if (removed) {
         --count;
-        root = sentinel.left;
         if (root != nullptr) {
             if (Handle* moved = root->Get().Balance(root)) root = moved;
         }
     }
-    sentinel.left = nullptr;
     return removed;
 }
 
@@ -689,8 +729,14 @@ typename cow_Btree<K, V>::Handle* cow_Btree<K, V>::RebuiltLink(Handle const* lin
     Node const* node = link->ConstGet();
     Node* fresh = cow_Allocate([&] { return new Node(copy(node->key), copy(node->value)); });
     Handle* handle = cow_Allocate([fresh] { return new Handle(fresh); });
-    fresh->left = RebuiltLink(node->left, copy);
-    fresh->right = RebuiltLink(node->right, copy);
+    try {
+        fresh->left = RebuiltLink(node->left, copy);
+        fresh->right = RebuiltLink(node->right, copy);
+    } catch (...) {
+        // An element copy below threw: the part made so far goes with it.
+        delete handle;
+        throw;
+    }
     fresh->maxDepth = node->maxDepth;
     return handle;
 }

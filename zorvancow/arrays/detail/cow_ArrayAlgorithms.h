@@ -17,21 +17,41 @@ struct ArrayAlgorithms {
     // Moves the elements from `from` up to count - 1 one place up, from the
     // top down, so that slot `from` can take a new element. Both slots of
     // each move go through Get, so every block passed becomes private.
-    static void OpenGap(cow_1DArray<T>& array, int count, int from) {
-        for (int n = count; n > from; --n) {
-            T const& source = array.Get(n - 1);
-            array.Get(n) = source;
+    // When an element's copy throws (a move, or unsharing a block) after the
+    // first move, every element is still there and one of them twice (the
+    // one whose move failed sits in both its slots, or what its assignment
+    // left): `count` then rises by one to take in the slot on top, so that
+    // no element is lost.
+    static void OpenGap(cow_1DArray<T>& array, int& count, int from) {
+        int n = count;
+        try {
+            for (; n > from; --n) {
+                T const& source = array.Get(n - 1);
+                array.Get(n) = source;
+            }
+        } catch (...) {
+            if (n < count) ++count;
+            throw;
         }
     }
 
     // Removes element `at` of a list whose count has already been lowered
     // to `count`: moves the elements above it one place down and writes the
     // zero value into the slot that falls free. With `at` at or beyond the
-    // count nothing moves and the last element is the one removed.
-    static void CloseGap(cow_1DArray<T>& array, int count, int at) {
-        for (int i = at; i < count; ++i) {
-            T const& source = array.Get(i + 1);
-            array.Get(i) = source;
+    // count nothing moves and the last element is the one removed. When an
+    // element's copy throws during the moves (or while unsharing a block on
+    // the way), `count` rises back by one: the
+    // list keeps every element but the removed one, and one of them twice
+    // (or, at the first move, the removed one as the assignment left it).
+    static void CloseGap(cow_1DArray<T>& array, int& count, int at) {
+        try {
+            for (int i = at; i < count; ++i) {
+                T const& source = array.Get(i + 1);
+                array.Get(i) = source;
+            }
+        } catch (...) {
+            ++count;
+            throw;
         }
         cow_Element<T>::Clear(array.Get(count));
     }

@@ -41,8 +41,15 @@ public:
           blockShift(source.blockShift),
           blockMask(source.blockMask),
           blocks(source.blockCount != 0 ? cow_Allocate([&source] { return new T*[source.blockCount](); }) : nullptr) {
-        for (unsigned int b = 0; b < blockCount; ++b) {
-            if (source.blocks[b] != nullptr) blocks[b] = cow_Element<T>::NewRunCopy(source.blocks[b], blockSize);
+        try {
+            for (unsigned int b = 0; b < blockCount; ++b) {
+                if (source.blocks[b] != nullptr) blocks[b] = cow_Element<T>::NewRunCopy(source.blocks[b], blockSize);
+            }
+        } catch (...) {
+            // An element's copy threw: the blocks made so far go with it.
+            Clear();
+            delete[] blocks;
+            throw;
         }
     }
 

@@ -14,6 +14,7 @@
 // Remove, Get, assignment, destruction) invalidates it. Writes to other
 // trees that share nodes with it are harmless, since they copy their own path.
 
+#include <cstddef>
 #include <iterator>
 
 #include "zorvancow/core/cow_Std.h"
@@ -185,7 +186,7 @@ private:
     cow_Btree<K, V> const* tree = nullptr;
     int depth = 0;      // nodes on the path; 0 at the end
     bool deep = false;  // the path holds only the current node
-    Node const* path[PathLength];
+    Node const* path[static_cast<std::size_t>(PathLength)];
 };
 
 // The same keys with equal values (cow_Element<V>::Equal), walked in key order.
