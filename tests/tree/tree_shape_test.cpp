@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -122,18 +121,6 @@ TEST(BtreeOrder, NaturalOrderForCowStringKeysBytesForAtrStringKeys) {
     EXPECT_TRUE(found);
     for (char const* text : texts) plain.InsertUnlessMember(cow_String(text), 0);
     EXPECT_EQ(Keys(plain), bytes) << "with the switch off, cow_String keys go by bytes too";
-}
-
-TEST(BtreeOrder, IntegerOrderIsTheWrappedDifference) {
-    // The sign of the comparison of a with b.
-    struct { int a, b, sign; } const pairs[] = {
-        {INT_MAX, -1, -1}, {-1, INT_MAX, -1}, {INT_MAX, INT_MAX - 1, 1}, {INT_MIN, INT_MIN + 1, -1}, {INT_MIN, INT_MIN, 0}};
-    for (auto const& p : pairs) {
-        std::int32_t const c = cow_BtreeKeyCompare(p.a, p.b);
-        EXPECT_EQ((c > 0) - (c < 0), p.sign) << p.a << " against " << p.b;
-    }
-    // Within a span below 2^31 keys order as integers (the interpreter's
-    // model sees that); the shape table has INT_MAX left of -1.
 }
 
 }  // namespace
