@@ -65,7 +65,9 @@ def main():
     actual = read_library(args.nm, args.library)
 
     missing, extra = sorted(expected - actual), sorted(actual - expected)
-    print("".join("missing: %s\n" % name for name in missing) + "".join("extra: %s\n" % name for name in extra), end="")
+    for label, names in (("missing", missing), ("extra", extra)):
+        for name in names:
+            print("%s: %s" % (label, name))
     print("missing: %d  extra: %d  (manifest %d members, library %d)"
           % (len(missing), len(extra), len(expected), len(actual)))
     return 1 if missing or extra or problems else 0

@@ -1,6 +1,4 @@
-// The element and key rules for types the library does not know. A Probe
-// counts its live objects, copies and moves, and its copy is not a byte copy
-// (it points into itself, so a byte copy would leave `self` on the source).
+// The element and key rules for types the library does not know (Probe).
 // Contents through copies, for std::string elements too, are the operation
 // interpreters'.
 
@@ -8,33 +6,17 @@
 
 #include <algorithm>
 #include <random>
-#include <stdexcept>
 #include <utility>
 #include <string>
 #include <vector>
 
 #include "support/NoLeaks.h"
+#include "support/Probe.h"
 #include "zorvancow/zorvancow.h"
 
 namespace {
 
-struct Probe {
-    static inline long live = 0, copies = 0, moves = 0;
-
-    int value = 0;
-    int const* self = &value;
-    Probe() { ++live; }
-    explicit Probe(int v) : value(v) { ++live; }
-    Probe(Probe const& other) : value(other.value) { ++live, ++copies; }
-    Probe(Probe&& other) noexcept : value(other.value) { ++live, ++moves; }
-    Probe& operator=(Probe const& other) { value = other.value; ++copies; return *this; }
-    Probe& operator=(Probe&& other) noexcept { value = other.value; ++moves; return *this; }
-    ~Probe() { --live; }
-    friend bool operator==(Probe const& a, Probe const& b) { return a.value == b.value; }
-    friend bool operator<(Probe const& a, Probe const& b) { return a.value < b.value; }
-};
-
-bool Intact(Probe const& p) { return p.self == &p.value; }
+using testing_support::Probe;
 
 TEST(ElementRules, SortMovesTheLibrarysOwnValuesAsBytesAndOthersByTheirOwnMoves) {
     static_assert(cow_ElementBytewise<int>::value && cow_ElementBytewise<cow_String>::value);
@@ -50,7 +32,7 @@ TEST(ElementRules, SortMovesTheLibrarysOwnValuesAsBytesAndOthersByTheirOwnMoves)
     list.Sort();
     EXPECT_EQ(Probe::copies - copiesBefore, 200);
     EXPECT_GT(Probe::moves - movesBefore, 0);
-    EXPECT_TRUE(std::all_of(list.begin(), list.end(), [](Probe const& p) { return Intact(p); }));
+    EXPECT_TRUE(std::all_of(list.begin(), list.end(), [](Probe const& p) { return p.Intact(); }));
 }
 
 // Sort keys with a tag that the order does not look at: equal keys must keep
@@ -103,66 +85,50 @@ TEST(ElementRules, SortKeepsEqualElementsInOrderWhicheverWayItMovesThem) {
     }
 }
 
-// An element whose copy assignment throws on the armed call.
-struct Fragile {
-    static inline long live = 0;
-    static inline int throwIn = 0;  // the copy number that throws; 0 for none
-    int value = 0;
-    Fragile() { ++live; }
-    explicit Fragile(int v) : value(v) { ++live; }
-    Fragile(Fragile const& other) : value(other.value) { ++live; }
-    Fragile& operator=(Fragile const& other) {
-        if (throwIn != 0 && --throwIn == 0) throw std::runtime_error("copy refused");
-        value = other.value;
-        return *this;
-    }
-    ~Fragile() { --live; }
-};
-
 // Runs `operation` with the n-th element copy throwing, for every n until it
 // completes; each failed attempt must leave no object and no allocation behind.
 template <class Operation>
 void ExpectEveryThrowFreesTheRun(char const* name, Operation operation) {
     for (int n = 1;; ++n) {
-        long const live = Fragile::live;
+        long const live = Probe::live;
         testing_support::NoLeaks noLeaks;
-        Fragile::throwIn = n;
+        Probe::throwIn = n;
         bool threw = false;
         try {
             operation();
         } catch (std::runtime_error const&) {
             threw = true;
         }
-        Fragile::throwIn = 0;
+        Probe::throwIn = 0;
         ASSERT_TRUE(n < 100) << name;
         if (!threw) return;
-        EXPECT_EQ(Fragile::live, live) << name << ", copy " << n;
+        EXPECT_EQ(Probe::live, live) << name << ", copy " << n;
     }
 }
 
 TEST(ElementRules, ADeepCopyWhoseElementCopyThrowsFreesWhatItMade) {
-    cow_FixedArray<Fragile> fixed(8, Fragile(3));
-    cow_2DArray<Fragile> matrix(3, 4, Fragile(4));
-    cow_1DArrayList<Fragile> list;
-    for (int i = 0; i < 20; ++i) list.Append(Fragile(i));
+    cow_FixedArray<Probe> fixed(8, Probe(3));
+    cow_2DArray<Probe> matrix(3, 4, Probe(4));
+    cow_1DArrayList<Probe> list;
+    for (int i = 0; i < 20; ++i) list.Append(Probe(i));
 
     ExpectEveryThrowFreesTheRun("fixed array", [&fixed] {
-        cow_FixedArray<Fragile> copy = fixed;
-        copy.Get(7) = Fragile(9);
+        cow_FixedArray<Probe> copy = fixed;
+        copy.Get(7) = Probe(9);
     });
     ExpectEveryThrowFreesTheRun("matrix", [&matrix] {
-        cow_2DArray<Fragile> copy = matrix;
-        copy.Get(2, 3) = Fragile(9);
+        cow_2DArray<Probe> copy = matrix;
+        copy.Get(2, 3) = Probe(9);
     });
     ExpectEveryThrowFreesTheRun("GetCArray", [&list] {
         int size = 0;
-        Fragile* copy = list.GetCArray(size);
+        Probe* copy = list.GetCArray(size);
         delete[] copy;
     });
     // The sources were never touched.
     EXPECT_EQ(fixed.GetShareCount(), 1);
-    EXPECT_TRUE(std::all_of(fixed.begin(), fixed.end(), [](Fragile const& f) { return f.value == 3; }));
-    EXPECT_TRUE(std::all_of(matrix.begin(), matrix.end(), [](Fragile const& f) { return f.value == 4; }));
+    EXPECT_TRUE(std::all_of(fixed.begin(), fixed.end(), [](Probe const& f) { return f.value == 3; }));
+    EXPECT_TRUE(std::all_of(matrix.begin(), matrix.end(), [](Probe const& f) { return f.value == 4; }));
     for (int i = 0; i < 20; ++i) EXPECT_EQ(list.ConstGet(i).value, i);
 }
 
