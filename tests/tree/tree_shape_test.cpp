@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
 #include <string>
 #include <utility>
@@ -62,15 +61,11 @@ TEST(BtreeShape, InsertionsAndRemovalsLeaveExactShapesAndDepths) {
         // Keys further apart than 2^31 go by the sign of the wrapped difference.
         {{-1, INT_MAX}, {}, "-1(2147483647,)", "1(0,)"},
     };
-    // Counts and return values along the way are the model test's.
+    // Counts, values and return values along the way are the interpreter's.
     for (ShapeCase const& row : cases) {
         IntTree tree;
         for (int key : row.inserted) tree.InsertUnlessMember(key, -key);
         for (int key : row.removed) tree.Remove(key);
-        for (int key : row.inserted) {
-            bool const removed = std::count(row.removed.begin(), row.removed.end(), key) != 0;
-            EXPECT_EQ(tree.ConstGet(key), removed ? 0 : -key) << key;
-        }
         EXPECT_EQ(Shape(tree.GetRoot()) + " " + Shape(tree.GetRoot(), true), std::string(row.shape) + " " + row.depths);
     }
 
