@@ -103,6 +103,17 @@ inline std::string PickText(Input& in) {
     return text;
 }
 
+// Keys of a sorted model: texts as std::string, numbers as themselves; and
+// the held key nearest `key` (the next one up, or the first), so that
+// removals and reads often hit, `key` itself when the model is empty.
+inline std::string ModelKey(cow_String const& key) { return key.GetCString(); }
+inline int ModelKey(int key) { return key; }
+template <class Model, class Key>
+Key NearKey(Model const& model, Key key) {
+    auto at = model.lower_bound(key);
+    return model.empty() ? key : at == model.end() ? model.begin()->first : at->first;
+}
+
 // The element types a stream runs with: int, cow_String and std::string.
 // Each element is made from a number n >= 0 and read back to it, so every
 // model holds plain numbers and shares nothing with the values it checks. 0

@@ -25,9 +25,7 @@ constexpr int kSlots = 4;
 constexpr int kMaxList = 100;
 constexpr std::size_t kMaxKeys = 64;
 
-// How the two key types meet their models.
-inline std::string ModelKey(cow_String const& key) { return key.GetCString(); }
-inline int ModelKey(int key) { return key; }
+// How the two key types meet their models (ModelKey is shared).
 inline cow_String MapKey(std::string const& key) { return cow_String(key.c_str()); }
 inline int MapKey(int key) { return key; }
 
@@ -136,10 +134,7 @@ struct Maps {
         MK key;
         PickKey(in, key);
         // Most removals and reads aim at a held key.
-        if (!model.empty() && in.Below(3) != 0) {
-            auto at = model.lower_bound(key);
-            key = at == model.end() ? model.begin()->first : at->first;
-        }
+        if (!model.empty() && in.Below(3) != 0) key = NearKey(model, key);
         K const mapKey = MapKey(key);
         int const op = in.Below(9);
         FUZZ_TRACE("step %d: map %d (from %d): op %d\n", CurrentStep(), a, b, op);

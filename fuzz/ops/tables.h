@@ -62,13 +62,6 @@ void CheckTable(Table const& table, Model const& model) {
     }
 }
 
-// Keys of one model nearest a picked one, so that removals often hit.
-template <class Model, class Key>
-Key NearKey(Model const& model, Key key) {
-    auto at = model.lower_bound(key);
-    return model.empty() ? key : at == model.end() ? model.begin()->first : at->first;
-}
-
 // Insert (op 0) or remove (op 1) `key`, either table, beside its model.
 template <class Table, class Model, class Key>
 void Edit(Table& table, Model& model, Key key, int op, int value) {

@@ -24,9 +24,6 @@ constexpr std::size_t kMaxOuter = 48;
 using InnerModel = std::map<int, int>;
 using OuterModel = std::map<std::string, InnerModel>;
 
-inline int ModelKey(int key) { return key; }
-inline std::string ModelKey(cow_String const& key) { return key.GetCString(); }
-
 // Inner keys stay far inside the 2^31 span that integer keys of one tree
 // must keep.
 inline int PickInnerKey(Input& in) {
@@ -38,9 +35,7 @@ inline int PickInnerKey(Input& in) {
 // successor moves are common.
 template <class Model, class Key>
 Key NearKey(Model const& model, Key key, Input& in) {
-    if (model.empty() || in.Below(4) == 0) return key;
-    auto at = model.lower_bound(key);
-    return at == model.end() ? model.begin()->first : at->first;
+    return model.empty() || in.Below(4) == 0 ? key : fuzz::NearKey(model, key);
 }
 
 // Checks key order and stored depths below `link` (keys read as the model

@@ -64,18 +64,16 @@ done
 empty="$(find "$prefix" -type d -empty)"
 [ -z "$empty" ] || fail "empty folders installed: $empty"
 # The libraries find each other through $ORIGIN alone.
-if ldd "$prefix/lib/libzorvancow.so" | grep -q "not found"; then
-  fail "libzorvancow.so does not find its siblings"
-fi
+! ldd "$prefix/lib/libzorvancow.so" | grep -q "not found" || fail "libzorvancow.so does not find its siblings"
 
 strict=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror)
 
 echo "== each public header alone"
 headers=$(cd "$prefix/include" && find . -name '*.h' -not -path '*/detail/*' | sed 's|^\./||' | sort)
+mkdir -p "$work/headers"
 for cxx in g++ clang++; do
   for header in $headers; do
     tu="$work/headers/$(echo "$header" | tr / _).cpp"
-    mkdir -p "$work/headers"
     printf '#include <%s>\n' "$header" >"$tu"
     $cxx -std=c++17 -fsyntax-only "${strict[@]}" -I"$prefix/include" "$tu" || fail "$cxx: $header"
   done
@@ -84,11 +82,7 @@ done
 # run <label> <program>: runs the program without LD_LIBRARY_PATH.
 run() {
   local out
-  if out="$(env -u LD_LIBRARY_PATH "$2" 2>&1)"; then
-    echo "ok    $1: $out"
-  else
-    fail "$1: $out"
-  fi
+  out="$(env -u LD_LIBRARY_PATH "$2" 2>&1)" && echo "ok    $1: $out" || fail "$1: $out"
 }
 
 echo "== consumers"
@@ -112,8 +106,5 @@ for cxx in g++ clang++; do
   done
 done
 
-if [ "$failed" -ne 0 ]; then
-  echo "consumer test FAILED" >&2
-  exit 1
-fi
+[ "$failed" -eq 0 ] || { echo "consumer test FAILED" >&2; exit 1; }
 echo "consumer test passed"

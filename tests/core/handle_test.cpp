@@ -6,36 +6,28 @@
 
 #include <gtest/gtest.h>
 
-
 #include "support/AllocationCounter.h"
 #include "support/NoLeaks.h"
+#include "support/Probe.h"
 
 using testing_support::AllocationScope;
 
 namespace {
 
-// A pointee that counts its live instances and copies.
-struct Tracked {
-    static inline int live = 0, copies = 0;
-    int value;
-    explicit Tracked(int v) : value(v) { ++live; }
-    Tracked(Tracked const& other) : value(other.value) { ++live; ++copies; }
-    ~Tracked() { --live; }
-};
-
-using Handle = cow_COW<Tracked>;
+using testing_support::Probe;
+using Handle = cow_COW<Probe>;
 
 // Every test ends with no pointee alive and every counter given back.
 class CountedHandle : public ::testing::Test {
 protected:
-    void SetUp() override { Tracked::live = 0; Tracked::copies = 0; }
-    void TearDown() override { EXPECT_EQ(Tracked::live, 0); }
+    void SetUp() override { Probe::live = 0; Probe::copies = 0; }
+    void TearDown() override { EXPECT_EQ(Probe::live, 0); }
     testing_support::NoLeaks noLeaks;
 };
 
 TEST_F(CountedHandle, CopiesShareUntilTheFirstWriteCopiesOnceOnTheWritersSide) {
-    Handle a(Tracked(1));  // built from a value: a private copy
-    EXPECT_EQ(Tracked::copies, 1);
+    Handle a(Probe(1));  // built from a value: a private copy
+    EXPECT_EQ(Probe::copies, 1);
     AllocationScope scope;
     Handle b = a;
     { Handle gone(b); }
@@ -43,8 +35,8 @@ TEST_F(CountedHandle, CopiesShareUntilTheFirstWriteCopiesOnceOnTheWritersSide) {
     EXPECT_EQ(a.ConstGet(), b.ConstGet());
     EXPECT_EQ(a.GetShareCount(), 2);
 
-    Tracked const* original = a.ConstGet();
-    Tracked& written = b.Get();
+    Probe const* original = a.ConstGet();
+    Probe& written = b.Get();
     EXPECT_EQ(scope.News(), 2u) << "one new object and one new counter";
     EXPECT_NE(&written, original);
     EXPECT_EQ(a.ConstGet(), original) << "the reader keeps the old object";
@@ -53,13 +45,13 @@ TEST_F(CountedHandle, CopiesShareUntilTheFirstWriteCopiesOnceOnTheWritersSide) {
     EXPECT_EQ(&b.Get(), &written);
     EXPECT_EQ(&a.Get(), original);
     EXPECT_EQ(scope.News(), 2u);
-    EXPECT_EQ(Tracked::copies, 2);
+    EXPECT_EQ(Probe::copies, 2);
 }
 
 TEST_F(CountedHandle, AssigningAHandleReleasesTheOldPointeeOnlyAtItsLastHolder) {
     // To itself at count 1, and between two holders of one pointee.
-    Handle a(new Tracked(1));
-    Tracked const* object = a.ConstGet();
+    Handle a(new Probe(1));
+    Probe const* object = a.ConstGet();
     Handle& alias = a;
     a = alias;
     EXPECT_EQ(a.ConstGet(), object);
@@ -69,19 +61,19 @@ TEST_F(CountedHandle, AssigningAHandleReleasesTheOldPointeeOnlyAtItsLastHolder) 
 
     // From another pointee while the old one is still held elsewhere: nothing
     // dies; by the old one's last holder: it dies.
-    Handle other(new Tracked(2));
+    Handle other(new Probe(2));
     b = other;
-    EXPECT_EQ(Tracked::live, 2);
+    EXPECT_EQ(Probe::live, 2);
     EXPECT_EQ(a.GetShareCount(), 1);
     a = other;
-    EXPECT_EQ(Tracked::live, 1);
+    EXPECT_EQ(Probe::live, 1);
     EXPECT_EQ(other.GetShareCount(), 3);
     EXPECT_EQ(a.ConstGet()->value, 2);
 
     // Handles on null share their counter like any other.
-    Handle empty(static_cast<Tracked*>(nullptr));
+    Handle empty(static_cast<Probe*>(nullptr));
     Handle copy = empty;
-    Handle sole(static_cast<Tracked*>(nullptr));
+    Handle sole(static_cast<Probe*>(nullptr));
     sole = copy;
     EXPECT_EQ(sole.GetCounter(), empty.GetCounter());
     EXPECT_EQ(empty.GetShareCount(), 3);
@@ -89,28 +81,28 @@ TEST_F(CountedHandle, AssigningAHandleReleasesTheOldPointeeOnlyAtItsLastHolder) 
 
 TEST_F(CountedHandle, AssigningAPointerLeavesTheOtherHoldersTheOldObject) {
     // On a shared handle: the others keep the object with a count one lower.
-    Handle a(new Tracked(1));
+    Handle a(new Probe(1));
     Handle b = a;
     Handle c = a;
     cow_Counter const* shared = a.GetCounter();
-    b = new Tracked(2);
+    b = new Probe(2);
     EXPECT_EQ(a.GetShareCount(), 2);
     EXPECT_NE(b.GetCounter(), shared);
-    EXPECT_EQ(Tracked::live, 2);
+    EXPECT_EQ(Probe::live, 2);
 
     // On a sole handle: the old object dies and the counter stays.
     cow_Counter const* own = b.GetCounter();
     AllocationScope scope;
-    b = new Tracked(3);
+    b = new Probe(3);
     EXPECT_EQ(scope.News(), 1u) << "the new object only; the counter is kept";
     EXPECT_EQ(b.GetCounter(), own);
-    EXPECT_EQ(Tracked::live, 2);
+    EXPECT_EQ(Probe::live, 2);
 
     // Null leaves a live, empty handle.
-    b = static_cast<Tracked*>(nullptr);
+    b = static_cast<Probe*>(nullptr);
     EXPECT_EQ(b.ConstGet(), nullptr);
     EXPECT_EQ(b.GetShareCount(), 1);
-    EXPECT_EQ(Tracked::live, 1);
+    EXPECT_EQ(Probe::live, 1);
 }
 
 TEST(IntrusiveCountedBase, SetCounterWarnsOnlyWhenReplacingAnotherCounter) {

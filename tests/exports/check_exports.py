@@ -39,17 +39,9 @@ def read_library(nm, library):
     if result.returncode != 0:
         sys.stderr.write(result.stderr)
         raise SystemExit("%s failed on %s" % (nm, library))
-    symbols = set()
-    for line in result.stdout.splitlines():
-        # "<address> <type> <name>"; the name may hold spaces.
-        parts = line.split(None, 2)
-        if len(parts) != 3:
-            continue
-        name = parts[2]
-        if name in LINKER_SYMBOLS:
-            continue
-        symbols.add(name)
-    return symbols
+    # "<address> <type> <name>"; the name may hold spaces.
+    rows = (line.split(None, 2) for line in result.stdout.splitlines())
+    return {row[2] for row in rows if len(row) == 3 and row[2] not in LINKER_SYMBOLS}
 
 
 def main():
@@ -72,12 +64,10 @@ def main():
         print("manifest: " + problem)
     actual = read_library(args.nm, args.library)
 
-    missing = sorted(expected - actual)
-    extra = sorted(actual - expected)
-    for name in missing:
-        print("missing: " + name)
-    for name in extra:
-        print("extra: " + name)
+    missing, extra = sorted(expected - actual), sorted(actual - expected)
+    for label, names in (("missing", missing), ("extra", extra)):
+        for name in names:
+            print("%s: %s" % (label, name))
     print("missing: %d  extra: %d  (manifest %d members, library %d)"
           % (len(missing), len(extra), len(expected), len(actual)))
     return 1 if missing or extra or problems else 0

@@ -2,10 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
 #include <iterator>
-#include <numeric>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -55,43 +53,6 @@ TYPED_TEST(ListOf, SortOrdersByTheElementTypeIntoStorageOfItsOwn) {
     EXPECT_EQ(Contents(list), expected);
     EXPECT_EQ(list.GetArray().GetHeadPosition(), 0) << "sorted into a fresh array";
     for (int s = 0; s < list.GetArray().GetCapacity(); ++s) EXPECT_LE(list.GetArray().GetBlockCount(s), 1);
-}
-
-// Elements that sort by `key` alone and carry a tag to tell equal ones
-// apart: one is moved as bytes by the sort, the other by its own moves.
-struct Tagged {
-    int key, tag;
-};
-struct TaggedText {
-    int key;
-    std::string tag;
-};
-template <class E> bool operator<(E const& a, E const& b) { return a.key < b.key; }
-template <class E> bool operator==(E const& a, E const& b) { return a.key == b.key; }
-template <class E> E MakeTagged(int key, int tag) { return E{key, tag}; }
-template <> TaggedText MakeTagged(int key, int tag) { return TaggedText{key, std::to_string(tag)}; }
-
-template <class T> class StableSortOf : public ::testing::Test {};
-using TaggedTypes = ::testing::Types<Tagged, TaggedText>;
-TYPED_TEST_SUITE(StableSortOf, TaggedTypes, ::testing::internal::DefaultNameGenerator);
-
-TYPED_TEST(StableSortOf, EqualElementsKeepTheirOrder) {
-    static_assert(cow_ElementBytewise<Tagged>::value && !cow_ElementBytewise<TaggedText>::value);
-    for (int n : {15, 100}) {  // one run sorted by insertion, and runs merged
-        std::vector<TypeParam> model;
-        for (int i = 0; i < n; ++i) model.push_back(MakeTagged<TypeParam>((i * 7) % 5, i));
-        cow_List<TypeParam> list(model);
-        list.Sort();
-        // The stable order: by key, then by place in the input (std::sort,
-        // since std::stable_sort's buffer bypasses the counting operator new).
-        std::vector<int> order(model.size());
-        std::iota(order.begin(), order.end(), 0);
-        std::sort(order.begin(), order.end(), [&model](int x, int y) {
-            return model[x].key != model[y].key ? model[x].key < model[y].key : x < y;
-        });
-        ASSERT_EQ(list.size(), model.size());
-        for (int i = 0; i < n; ++i) EXPECT_EQ(list.ConstGet(i).tag, model[order[i]].tag) << n << " elements, at " << i;
-    }
 }
 
 }  // namespace

@@ -1,6 +1,4 @@
-// The element and key rules for types the library does not know. A Probe
-// counts its live objects, copies and moves, and its copy is not a byte copy
-// (it points into itself, so a byte copy would leave `self` on the source).
+// The element and key rules for types the library does not know (Probe).
 // Contents through copies, for std::string elements too, are the operation
 // interpreters'.
 
@@ -10,30 +8,16 @@
 #include <random>
 #include <utility>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "support/NoLeaks.h"
+#include "support/Probe.h"
 #include "zorvancow/zorvancow.h"
 
 namespace {
 
-struct Probe {
-    static inline long live = 0, copies = 0, moves = 0;
-
-    int value = 0;
-    int const* self = &value;
-    Probe() { ++live; }
-    explicit Probe(int v) : value(v) { ++live; }
-    Probe(Probe const& other) : value(other.value) { ++live, ++copies; }
-    Probe(Probe&& other) noexcept : value(other.value) { ++live, ++moves; }
-    Probe& operator=(Probe const& other) { value = other.value; ++copies; return *this; }
-    Probe& operator=(Probe&& other) noexcept { value = other.value; ++moves; return *this; }
-    ~Probe() { --live; }
-    friend bool operator==(Probe const& a, Probe const& b) { return a.value == b.value; }
-    friend bool operator<(Probe const& a, Probe const& b) { return a.value < b.value; }
-};
-
-bool Intact(Probe const& p) { return p.self == &p.value; }
+using testing_support::Probe;
 
 TEST(ElementRules, SortMovesTheLibrarysOwnValuesAsBytesAndOthersByTheirOwnMoves) {
     static_assert(cow_ElementBytewise<int>::value && cow_ElementBytewise<cow_String>::value);
@@ -49,56 +33,49 @@ TEST(ElementRules, SortMovesTheLibrarysOwnValuesAsBytesAndOthersByTheirOwnMoves)
     list.Sort();
     EXPECT_EQ(Probe::copies - copiesBefore, 200);
     EXPECT_GT(Probe::moves - movesBefore, 0);
-    EXPECT_TRUE(std::all_of(list.begin(), list.end(), [](Probe const& p) { return Intact(p); }));
+    EXPECT_TRUE(std::all_of(list.begin(), list.end(), [](Probe const& p) { return p.Intact(); }));
 }
 
 // Sort keys with a tag that the order does not look at: equal keys must keep
-// the order of their tags. Tagged moves as bytes, Labelled by its own moves.
-struct Tagged {
+// the order of their tags. An int tag moves as bytes, a text tag by its own
+// moves; texts of one length order as the numbers they spell.
+template <class Tag>
+struct Keyed {
     int key = 0;
-    int tag = 0;
-    friend bool operator==(Tagged const& a, Tagged const& b) { return a.key == b.key; }
-    friend bool operator<(Tagged const& a, Tagged const& b) { return a.key < b.key; }
+    Tag tag{};
+    friend bool operator==(Keyed const& a, Keyed const& b) { return a.key == b.key; }
+    friend bool operator<(Keyed const& a, Keyed const& b) { return a.key < b.key; }
 };
-struct Labelled {
-    int key = 0;
-    std::string tag;
-    friend bool operator==(Labelled const& a, Labelled const& b) { return a.key == b.key; }
-    friend bool operator<(Labelled const& a, Labelled const& b) { return a.key < b.key; }
-};
-int TagOf(Tagged const& t) { return t.tag; }
-int TagOf(Labelled const& l) { return std::stoi(l.tag); }
-int Tag(int i, int) { return i; }
-std::string Tag(int i, std::string const&) { return std::to_string(i); }
 
-template <class T>
+template <class Tag>
 void ExpectStableSort(int n) {
     std::mt19937 random(static_cast<unsigned>(n));
-    std::vector<std::pair<int, int>> expected;
-    cow_List<T> list;
+    std::vector<std::pair<int, Tag>> expected, sorted;
+    cow_List<Keyed<Tag>> list;
     for (int i = 0; i < n; ++i) {
-        int const key = static_cast<int>(random() % 7);
-        list.Append(T{key, Tag(i, decltype(T::tag){})});
-        expected.emplace_back(key, i);
+        Keyed<Tag> element{static_cast<int>(random() % 7), {}};
+        if constexpr (std::is_same<Tag, int>::value) element.tag = i;
+        else element.tag = std::to_string(100000 + i);
+        list.Append(element);
+        expected.emplace_back(element.key, element.tag);
     }
     list.Sort();
     // The stable order: by key, then by position in the list. (Not
     // std::stable_sort: its buffer comes from an operator new that the test
     // programs do not count.)
     std::sort(expected.begin(), expected.end());
-    std::vector<std::pair<int, int>> sorted;
-    for (T const& element : list) sorted.emplace_back(element.key, TagOf(element));
+    for (Keyed<Tag> const& element : list) sorted.emplace_back(element.key, element.tag);
     EXPECT_EQ(sorted, expected) << n;
 }
 
 TEST(ElementRules, SortKeepsEqualElementsInOrderWhicheverWayItMovesThem) {
-    static_assert(cow_ElementBytewise<Tagged>::value && !cow_ElementBytewise<Labelled>::value);
+    static_assert(cow_ElementBytewise<Keyed<int>>::value && !cow_ElementBytewise<Keyed<std::string>>::value);
     testing_support::NoLeaks noLeaks;
     // Within one insertion run, across one merge, and across several with a
     // short last run.
     for (int n : {1, 16, 17, 33, 200, 1000}) {
-        ExpectStableSort<Tagged>(n);
-        ExpectStableSort<Labelled>(n);
+        ExpectStableSort<int>(n);
+        ExpectStableSort<std::string>(n);
     }
 }
 

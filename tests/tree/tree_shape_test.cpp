@@ -5,9 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
-#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -63,15 +61,11 @@ TEST(BtreeShape, InsertionsAndRemovalsLeaveExactShapesAndDepths) {
         // Keys further apart than 2^31 go by the sign of the wrapped difference.
         {{-1, INT_MAX}, {}, "-1(2147483647,)", "1(0,)"},
     };
-    // Counts and return values along the way are the model test's.
+    // Counts, values and return values along the way are the interpreter's.
     for (ShapeCase const& row : cases) {
         IntTree tree;
         for (int key : row.inserted) tree.InsertUnlessMember(key, -key);
         for (int key : row.removed) tree.Remove(key);
-        for (int key : row.inserted) {
-            bool const removed = std::count(row.removed.begin(), row.removed.end(), key) != 0;
-            EXPECT_EQ(tree.ConstGet(key), removed ? 0 : -key) << key;
-        }
         EXPECT_EQ(Shape(tree.GetRoot()) + " " + Shape(tree.GetRoot(), true), std::string(row.shape) + " " + row.depths);
     }
 
@@ -122,18 +116,6 @@ TEST(BtreeOrder, NaturalOrderForCowStringKeysBytesForAtrStringKeys) {
     EXPECT_TRUE(found);
     for (char const* text : texts) plain.InsertUnlessMember(cow_String(text), 0);
     EXPECT_EQ(Keys(plain), bytes) << "with the switch off, cow_String keys go by bytes too";
-}
-
-TEST(BtreeOrder, IntegerOrderIsTheWrappedDifference) {
-    // The sign of the comparison of a with b.
-    struct { int a, b, sign; } const pairs[] = {
-        {INT_MAX, -1, -1}, {-1, INT_MAX, -1}, {INT_MAX, INT_MAX - 1, 1}, {INT_MIN, INT_MIN + 1, -1}, {INT_MIN, INT_MIN, 0}};
-    for (auto const& p : pairs) {
-        std::int32_t const c = cow_BtreeKeyCompare(p.a, p.b);
-        EXPECT_EQ((c > 0) - (c < 0), p.sign) << p.a << " against " << p.b;
-    }
-    // Within a span below 2^31 keys order as integers (the interpreter's
-    // model sees that); the shape table has INT_MAX left of -1.
 }
 
 }  // namespace
