@@ -46,31 +46,22 @@ public:
     cow_BlockIterator() = default;
     // On element `index` (0 to `count`) of `array`, whose walk ends after
     // element `count` - 1, counted from the head.
-    cow_BlockIterator(cow_1DArray<T> const& array_, int index, int count_)
-        : array(&array_),
-          at(array_.GetHeadPosition(), array_.GetShift(), array_.GetHeadPosition() + count_),
-          head(array_.GetHeadPosition()) {
-        Seek(index);
-    }
+    cow_BlockIterator(cow_1DArray<T> const& array, int index, int count) : place(array, index, count) {}
 
-    T const& operator*() const { return *current; }
-    T const* operator->() const { return current; }
+    T const& operator*() const { return *place.Current(); }
+    T const* operator->() const { return place.Current(); }
     T const& operator[](difference_type n) const { return *(*this + n); }
 
     cow_BlockIterator& operator++() {
-        if (++current == blockEnd) NextBlock();
+        place.Increment();
         return *this;
     }
     cow_BlockIterator& operator--() {
-        if (current == blockEnd - Length()) {
-            PreviousBlock();
-        } else {
-            --current;
-        }
+        place.Decrement();
         return *this;
     }
     cow_BlockIterator& operator+=(difference_type n) {
-        Seek(Index() + n);
+        place.Seek(place.Index() + n);
         return *this;
     }
     cow_BlockIterator& operator-=(difference_type n) { return *this += -n; }
@@ -78,58 +69,24 @@ public:
     friend cow_BlockIterator operator+(difference_type n, cow_BlockIterator it) { return it += n; }
     friend cow_BlockIterator operator-(cow_BlockIterator it, difference_type n) { return it -= n; }
     friend difference_type operator-(cow_BlockIterator const& a, cow_BlockIterator const& b) {
-        return a.Index() - b.Index();
+        return a.place.Index() - b.place.Index();
     }
 
     // Two iterators on one value are equal when they stand on one element;
     // the end stands one past the last element, in the last element's block.
-    friend bool operator==(cow_BlockIterator const& a, cow_BlockIterator const& b) { return a.current == b.current; }
-    friend bool operator!=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return a.current != b.current; }
-    friend bool operator<(cow_BlockIterator const& a, cow_BlockIterator const& b) { return a.Index() < b.Index(); }
+    friend bool operator==(cow_BlockIterator const& a, cow_BlockIterator const& b) {
+        return a.place.Current() == b.place.Current();
+    }
+    friend bool operator!=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(a == b); }
+    friend bool operator<(cow_BlockIterator const& a, cow_BlockIterator const& b) {
+        return a.place.Index() < b.place.Index();
+    }
     friend bool operator>(cow_BlockIterator const& a, cow_BlockIterator const& b) { return b < a; }
     friend bool operator<=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(b < a); }
     friend bool operator>=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(a < b); }
 
 private:
-    difference_type Length() const { return at.Length(); }
-    // The element's index counted from the head.
-    difference_type Index() const {
-        if (current == nullptr) return 0;
-        return at.BlockStart() + (current - (blockEnd - Length())) - head;
-    }
-    // Stands on position `p` of the walk's block `at` has moved to.
-    void Enter(int p) {
-        at.MoveTo(p);
-        T const* base = at.ReadBlockData(*array);
-        current = base + at.Offset();
-        blockEnd = base + Length();
-    }
-    void Seek(difference_type index) {
-        if (array == nullptr || at.Stop() == head) {
-            current = blockEnd = nullptr;
-            return;
-        }
-        int const p = head + static_cast<int>(index);
-        // The end lies one past the last element, in that element's block.
-        if (p == at.Stop()) {
-            Enter(p - 1);
-            ++current;
-        } else {
-            Enter(p);
-        }
-    }
-    void NextBlock() {
-        cow_detail::BlockCursor next = at;
-        if (next.NextRun().Done()) return;  // one past the last element: the end
-        Enter(next.Position());
-    }
-    void PreviousBlock() { Enter(at.BlockStart() - 1); }
-
-    cow_1DArray<T> const* array = nullptr;
-    T const* current = nullptr;   // the element
-    T const* blockEnd = nullptr;  // one past the storage of its block
-    cow_detail::BlockCursor at;   // a position in the element's block; the walk's stop
-    int head = 0;                 // the array's head position
+    cow_detail::BlockPlace<T, cow_1DArray<T> const> place;
 };
 
 // A block-wise walk: the elements of an array or list as contiguous spans,

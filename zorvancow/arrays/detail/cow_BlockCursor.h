@@ -6,6 +6,9 @@
 // lists' search and equality, the hand-over) turns positions into blocks
 // here and nowhere else.
 
+#include <cstddef>
+#include <type_traits>
+
 #include "zorvancow/core/cow_Export.h"
 
 template <class T>
@@ -94,6 +97,95 @@ private:
     int position = 0;
     int shift = 0;
     int stop = 0;
+};
+
+// An element of a blocked array as an iterator stands on it: a pointer into
+// its block's storage and the end of that storage, so that a step inside a
+// block is one increment and one compare, and the cursor, consulted once
+// per block. `Array` is `cow_1DArray<T> const` for a walk that reads, or
+// `cow_1DArray<T>` for one that may write (cow_ElementRef); the latter also
+// learns, once per block on entering it, whether the block is private.
+template <class T, class Array>
+class BlockPlace {
+public:
+    BlockPlace() = default;
+    // On element `index` (0 to `count`) of `array`, whose walk ends after
+    // element `count` - 1, counted from the head.
+    BlockPlace(Array& array_, std::ptrdiff_t index, int count_)
+        : array(&array_),
+          at(array_.GetHeadPosition(), array_.GetShift(), array_.GetHeadPosition() + count_),
+          head(array_.GetHeadPosition()) {
+        Seek(index);
+    }
+
+    // The element's index counted from the head.
+    std::ptrdiff_t Index() const {
+        if (current == nullptr) return 0;
+        return at.BlockStart() + (current - BlockBase()) - head;
+    }
+    // Elements from here to the end of the block's storage, and the slot:
+    // together they name an element even while two walks hold different
+    // storage for one block.
+    std::ptrdiff_t ToBlockEnd() const { return blockEnd - current; }
+    int Slot() const { return at.Slot(); }
+    T const* Current() const { return current; }
+
+    void Seek(std::ptrdiff_t index) {
+        if (array == nullptr || at.Stop() == head) {
+            current = blockEnd = nullptr;
+            writable = false;
+            return;
+        }
+        int const p = head + static_cast<int>(index);
+        // The end lies one past the last element, in that element's block.
+        if (p == at.Stop()) {
+            Enter(p - 1);
+            ++current;
+        } else {
+            Enter(p);
+        }
+    }
+    // The step inside a block is kept apart from the block change, so that
+    // it stays small enough to inline into a loop.
+    void Increment() {
+        if (++current == blockEnd) NextBlock();
+    }
+    void Decrement() {
+        if (current == BlockBase()) {
+            Enter(at.BlockStart() - 1);
+        } else {
+            --current;
+        }
+    }
+
+protected:
+    std::ptrdiff_t Length() const { return at.Length(); }
+    T const* BlockBase() const { return blockEnd - Length(); }
+    // Takes `base` as the storage of the current block, keeping the offset.
+    void Rebase(T const* base) const {
+        current = base + (current - BlockBase());
+        blockEnd = base + Length();
+    }
+    // Stands on position `p`, in the block `at` has moved to.
+    void Enter(int p) {
+        at.MoveTo(p);
+        T const* base = at.ReadBlockData(*array);
+        current = base + at.Offset();
+        blockEnd = base + Length();
+        writable = !std::is_const<Array>::value && at.IsPrivate(*array);
+    }
+    void NextBlock() {
+        BlockCursor next = at;
+        if (next.NextRun().Done()) return;  // one past the last element: the end
+        Enter(next.Position());
+    }
+
+    Array* array = nullptr;
+    mutable T const* current = nullptr;   // the element
+    mutable T const* blockEnd = nullptr;  // one past the storage of its block
+    BlockCursor at;                       // a position in the element's block; the walk's stop
+    int head = 0;                         // the array's head position
+    mutable bool writable = false;        // a writing walk: the block is known to be private
 };
 }  // namespace cow_detail
 

@@ -63,7 +63,9 @@ class cow_BlockSequence;
 // unsharing, writes after making the element's block private. It stands for
 // the element, so assigning one proxy to another copies the value.
 template <class T>
-class cow_ElementRef {
+class cow_ElementRef : private cow_detail::BlockPlace<T, cow_1DArray<T>> {
+    using Place = cow_detail::BlockPlace<T, cow_1DArray<T>>;
+
 public:
     // The element, read: no count changes and nothing is copied.
     T const& ConstGet() const {
@@ -77,7 +79,7 @@ public:
         if (!writable) MakeWritable();
         ZORVANCOW_CHECK(at.IsPrivate(*array), "cow_BlockWriteIterator::operator*",
                         "write through an iterator taken before the value was copied", "index %d",
-                        static_cast<int>(Index()));
+                        static_cast<int>(this->Index()));
         return const_cast<T&>(*current);
     }
 
@@ -197,78 +199,11 @@ private:
         using std::swap;
         swap(first, second);
     }
-    // On element `index` (0 to `count`) of `array`, whose elements end after
-    // element `count` - 1, counted from the head.
-    cow_ElementRef(cow_1DArray<T>& array_, std::ptrdiff_t index, int count_)
-        : array(&array_),
-          at(array_.GetHeadPosition(), array_.GetShift(), array_.GetHeadPosition() + count_),
-          head(array_.GetHeadPosition()) {
-        Seek(index);
-    }
+    cow_ElementRef(cow_1DArray<T>& array, std::ptrdiff_t index, int count) : Place(array, index, count) {}
     // Stands where `other` stands (the iterator's assignment; operator=
     // above writes values instead).
-    void Rebind(cow_ElementRef const& other) {
-        array = other.array;
-        current = other.current;
-        blockEnd = other.blockEnd;
-        at = other.at;
-        head = other.head;
-        writable = other.writable;
-    }
+    void Rebind(cow_ElementRef const& other) { Place::operator=(other); }
 
-    std::ptrdiff_t Length() const { return at.Length(); }
-    T const* BlockBase() const { return blockEnd - Length(); }
-    // The element's index counted from the head.
-    std::ptrdiff_t Index() const {
-        if (current == nullptr) return 0;
-        return at.BlockStart() + (current - BlockBase()) - head;
-    }
-    // Takes `base` as the storage of the current block, keeping the offset.
-    void Rebase(T const* base) const {
-        current = base + (current - BlockBase());
-        blockEnd = base + Length();
-    }
-    // Stands on position `p`, in the block `at` has moved to. The test for a
-    // private block is made here, once per block.
-    void Enter(int p) {
-        at.MoveTo(p);
-        T const* base = at.ReadBlockData(*array);
-        current = base + at.Offset();
-        blockEnd = base + Length();
-        writable = at.IsPrivate(*array);
-    }
-    void Seek(std::ptrdiff_t index) {
-        if (array == nullptr || at.Stop() == head) {
-            current = blockEnd = nullptr;
-            writable = false;
-            return;
-        }
-        int const p = head + static_cast<int>(index);
-        // The end lies one past the last element, in that element's block.
-        if (p == at.Stop()) {
-            Enter(p - 1);
-            ++current;
-        } else {
-            Enter(p);
-        }
-    }
-    // The step inside a block is kept apart from the block change, so that
-    // it stays small enough to inline into a loop.
-    void Increment() {
-        if (++current == blockEnd) NextBlock();
-    }
-    void NextBlock() {
-        cow_detail::BlockCursor next = at;
-        if (next.NextRun().Done()) return;  // one past the last element: the end
-        Enter(next.Position());
-    }
-    void Decrement() {
-        if (current == BlockBase()) {
-            Enter(at.BlockStart() - 1);
-        } else {
-            --current;
-        }
-    }
     // A block that this reference has not made private may have been copied
     // since it was entered, by a write through another reference: read the
     // slot again (three loads; the next write here takes the full test).
@@ -281,12 +216,12 @@ private:
         writable = true;
     }
 
-    cow_1DArray<T>* array = nullptr;
-    mutable T const* current = nullptr;   // the element
-    mutable T const* blockEnd = nullptr;  // one past the storage of its block
-    cow_detail::BlockCursor at;           // a position in the element's block; the walk's stop
-    int head = 0;                         // the array's head position
-    mutable bool writable = false;        // the block is known to be private to this value
+    using Place::array;
+    using Place::at;
+    using Place::BlockBase;
+    using Place::current;
+    using Place::Rebase;
+    using Place::writable;
 };
 
 // The random-access iterator of a non-const array or list: reads like
@@ -329,7 +264,7 @@ public:
         return *this;
     }
     cow_BlockWriteIterator& operator+=(difference_type n) {
-        ref.Seek(ref.Index() + n);
+        ref.Seek(Index() + n);
         return *this;
     }
     cow_BlockWriteIterator& operator-=(difference_type n) { return *this += -n; }
@@ -357,13 +292,13 @@ public:
     // The read iterator on the same element.
     operator cow_BlockIterator<T>() const {
         if (ref.array == nullptr) return cow_BlockIterator<T>();
-        return cow_BlockIterator<T>(*ref.array, static_cast<int>(ref.Index()), ref.at.Stop() - ref.head);
+        return cow_BlockIterator<T>(*ref.array, static_cast<int>(Index()), ref.at.Stop() - ref.head);
     }
 
 private:
     std::ptrdiff_t Index() const { return ref.Index(); }
-    std::ptrdiff_t ToBlockEnd() const { return ref.blockEnd - ref.current; }
-    int Slot() const { return ref.at.Slot(); }
+    std::ptrdiff_t ToBlockEnd() const { return ref.ToBlockEnd(); }
+    int Slot() const { return ref.Slot(); }
 
     mutable cow_ElementRef<T> ref;
 };
