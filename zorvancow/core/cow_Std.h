@@ -91,6 +91,19 @@ struct PostfixSteps : PostfixIncrement<It> {
         return old;
     }
 };
+// The rest of a random-access iterator, from its own +=, ++, -- and the
+// distance a - b: the postfix steps, -=, + and - by a count, and the order.
+template <class It, class Difference = std::ptrdiff_t>
+struct RandomAccessSteps : PostfixSteps<It> {
+    friend It& operator-=(It& it, Difference n) { return it += -n; }
+    friend It operator+(It it, Difference n) { return it += n; }
+    friend It operator+(Difference n, It it) { return it += n; }
+    friend It operator-(It it, Difference n) { return it += -n; }
+    friend bool operator<(It const& a, It const& b) { return a - b < 0; }
+    friend bool operator>(It const& a, It const& b) { return b - a < 0; }
+    friend bool operator<=(It const& a, It const& b) { return !(b - a < 0); }
+    friend bool operator>=(It const& a, It const& b) { return !(a - b < 0); }
+};
 }  // namespace cow_detail
 
 // One entry of a tree or a map as its iterators give it: references to the

@@ -33,7 +33,7 @@ template <class T>
 class ZORVANCOW_TYPE cow_1DArray;
 
 template <class T>
-class cow_BlockIterator : public cow_detail::PostfixSteps<cow_BlockIterator<T>> {
+class cow_BlockIterator : public cow_detail::RandomAccessSteps<cow_BlockIterator<T>> {
 public:
     using iterator_category = std::random_access_iterator_tag;
     using iterator_concept = std::random_access_iterator_tag;
@@ -64,10 +64,6 @@ public:
         place.Seek(place.Index() + n);
         return *this;
     }
-    cow_BlockIterator& operator-=(difference_type n) { return *this += -n; }
-    friend cow_BlockIterator operator+(cow_BlockIterator it, difference_type n) { return it += n; }
-    friend cow_BlockIterator operator+(difference_type n, cow_BlockIterator it) { return it += n; }
-    friend cow_BlockIterator operator-(cow_BlockIterator it, difference_type n) { return it -= n; }
     friend difference_type operator-(cow_BlockIterator const& a, cow_BlockIterator const& b) {
         return a.place.Index() - b.place.Index();
     }
@@ -78,12 +74,6 @@ public:
         return a.place.Current() == b.place.Current();
     }
     friend bool operator!=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(a == b); }
-    friend bool operator<(cow_BlockIterator const& a, cow_BlockIterator const& b) {
-        return a.place.Index() < b.place.Index();
-    }
-    friend bool operator>(cow_BlockIterator const& a, cow_BlockIterator const& b) { return b < a; }
-    friend bool operator<=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(b < a); }
-    friend bool operator>=(cow_BlockIterator const& a, cow_BlockIterator const& b) { return !(a < b); }
 
 private:
     cow_detail::BlockPlace<T, cow_1DArray<T> const> place;

@@ -228,7 +228,7 @@ private:
 // cow_BlockIterator, writes through cow_ElementRef (see above). It converts
 // to the read iterator, and compares with it.
 template <class T>
-class cow_BlockWriteIterator : public cow_detail::PostfixSteps<cow_BlockWriteIterator<T>> {
+class cow_BlockWriteIterator : public cow_detail::RandomAccessSteps<cow_BlockWriteIterator<T>> {
 public:
     using iterator_category = std::random_access_iterator_tag;
     using iterator_concept = std::random_access_iterator_tag;
@@ -267,10 +267,6 @@ public:
         ref.Seek(Index() + n);
         return *this;
     }
-    cow_BlockWriteIterator& operator-=(difference_type n) { return *this += -n; }
-    friend cow_BlockWriteIterator operator+(cow_BlockWriteIterator it, difference_type n) { return it += n; }
-    friend cow_BlockWriteIterator operator+(difference_type n, cow_BlockWriteIterator it) { return it += n; }
-    friend cow_BlockWriteIterator operator-(cow_BlockWriteIterator it, difference_type n) { return it -= n; }
     friend difference_type operator-(cow_BlockWriteIterator const& a, cow_BlockWriteIterator const& b) {
         return a.Index() - b.Index();
     }
@@ -282,12 +278,6 @@ public:
         return a.ToBlockEnd() == b.ToBlockEnd() && a.Slot() == b.Slot();
     }
     friend bool operator!=(cow_BlockWriteIterator const& a, cow_BlockWriteIterator const& b) { return !(a == b); }
-    friend bool operator<(cow_BlockWriteIterator const& a, cow_BlockWriteIterator const& b) {
-        return a.Index() < b.Index();
-    }
-    friend bool operator>(cow_BlockWriteIterator const& a, cow_BlockWriteIterator const& b) { return b < a; }
-    friend bool operator<=(cow_BlockWriteIterator const& a, cow_BlockWriteIterator const& b) { return !(b < a); }
-    friend bool operator>=(cow_BlockWriteIterator const& a, cow_BlockWriteIterator const& b) { return !(a < b); }
 
     // The read iterator on the same element.
     operator cow_BlockIterator<T>() const {
