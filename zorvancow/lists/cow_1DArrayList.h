@@ -45,7 +45,7 @@ class ZORVANCOW_TYPE cow_1DArrayListIter;
 // A growable sequence with its own count on a blocked array whose head stays
 // at 0. Also a value type of trees and maps, and an element of lists.
 template <class T>
-class ZORVANCOW_TYPE cow_1DArrayList : public cow_BlockSequence<cow_1DArrayList<T>, T> {
+class ZORVANCOW_TYPE cow_1DArrayList : public cow_ListSequence<cow_1DArrayList<T>, T> {
 public:
     // An empty list; allocates only its array's counter.
     cow_1DArrayList();
@@ -145,8 +145,8 @@ public:
     // Inspection: the storage, to see what is shared.
     cow_1DArray<T> const& GetArray() const { return array; }
 
-    // Standard interface, with iterators, size and element access from
-    // arrays/detail/cow_BlockSequence.h, and the comparisons, printing and
+    // Standard interface, with iterators, size, element access, push_back,
+    // emplace_back and pop_back from arrays/detail/cow_BlockSequence.h, and the comparisons, printing and
     // std::hash of every sequence (core/cow_Std.h). Iterators of a const list
     // read only; those of a non-const list, and its operator[], at, front and
     // back, also write, making private only the blocks written into and never
@@ -165,29 +165,17 @@ public:
     // A list of the elements of a range (a std::vector, another container).
     template <class R, class = cow_detail::EnableRange<R, cow_1DArrayList>>
     explicit cow_1DArrayList(R const& range) : cow_1DArrayList(cow_detail::Begin(range), cow_detail::End(range)) {}
-    // The usual sequence members, so that std::back_inserter and the
-    // like work: Append of one element, Append of an element made from
-    // `args` (giving a reference to it), and removal of the last element
-    // (which gets the zero value; needs a non-empty list).
-    void push_back(T const& value) { Append(value); }
-    template <class... Args>
-    cow_ElementRef<T> emplace_back(Args&&... args) {
-        Append(T(std::forward<Args>(args)...));
-        return this->back();
-    }
-    void pop_back() {
-        ZORVANCOW_CHECK(count > 0, "cow_1DArrayList::pop_back", "the list is empty", "count %d", count);
-        Remove(count - 1);
-    }
 
 private:
     friend class cow_1DArrayListIter<T>;
     friend class cow_BlockSequence<cow_1DArrayList, T>;
+    friend class cow_ListSequence<cow_1DArrayList, T>;
     static constexpr char const kSequenceName[] = "cow_1DArrayList";
     cow_1DArray<T> const& SequenceArray() const { return array; }
     cow_1DArray<T>& SequenceArray() { return array; }
     int SequenceLength() const { return count; }
     T const& SequenceElement(int i) const { return ConstGet(i); }
+    void SequenceRemoveLast() { Remove(count - 1); }
     typedef cow_detail::ArrayAlgorithms<T> Algorithms;
 
     int count;

@@ -18,6 +18,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <utility>
 
 #include "zorvancow/arrays/detail/cow_BlockWriteIterator.h"
 #include "zorvancow/core/cow_Check.h"
@@ -129,6 +130,34 @@ private:
     void AtIndex(std::size_t i) const {
         if (i >= size()) cow_detail::AtFailed(Sequence::kSequenceName, "index", static_cast<long long>(i), Length());
     }
+};
+
+// The usual sequence members of the two lists, so that std::back_inserter
+// and the like work: Append of one element, Append of an element made from
+// `args` (giving a reference to it), and removal of the last element (which
+// gets the zero value; needs a non-empty list). `List` adds to the hooks
+// above its Append, GetCount and SequenceRemoveLast (its own removal of the
+// last element).
+template <class List, class T>
+class cow_ListSequence : public cow_BlockSequence<List, T> {
+public:
+    void push_back(T const& value) { Self().Append(value); }
+    template <class... Args>
+    cow_ElementRef<T> emplace_back(Args&&... args) {
+        Self().Append(T(std::forward<Args>(args)...));
+        return this->back();
+    }
+    void pop_back() {
+        ZORVANCOW_CHECK(Self().GetCount() > 0, cow_detail::SequenceWhere(List::kSequenceName, "pop_back").text,
+                        "the list is empty", "count %d", Self().GetCount());
+        Self().SequenceRemoveLast();
+    }
+
+protected:
+    cow_ListSequence() = default;
+
+private:
+    List& Self() { return static_cast<List&>(*this); }
 };
 
 // The block-wise walk of an array or list: its elements as contiguous spans,
