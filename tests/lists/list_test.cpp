@@ -213,6 +213,9 @@ TEST(ListQueue, SmallTablesFollowTheGrowthRules) {
     list.Append(list);
     ASSERT_EQ(list.GetCount(), 2 * 273);
     for (int i = 0; i < 273; ++i) ASSERT_EQ(list.ConstGet(i + 273), list.ConstGet(i)) << i;
+    cow_1DArrayList<int> three{1, 2, 3};
+    three.Append(three);
+    EXPECT_EQ(three, (cow_1DArrayList<int>{1, 2, 3, 1, 2, 3}));
 }
 
 }  // namespace

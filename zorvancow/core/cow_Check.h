@@ -4,8 +4,8 @@
 // How the library stops on a misuse it can see.
 //
 // Checked mode (ZORVANCOW_CHECKED non-zero) tests the documented
-// preconditions of the operations: index ranges, non-empty lists, a list
-// not appended to itself. A violated one writes one line to standard error,
+// preconditions of the operations: index ranges, non-empty lists, keys
+// that must be held. A violated one writes one line to standard error,
 //
 //     <class>::<operation>: <what went wrong> (<the values>)
 //
@@ -75,6 +75,17 @@ inline auto cow_Allocate(Make&& make) -> decltype(make()) {
 // a constructor can refuse its arguments before its first member is made.
 #define ZORVANCOW_REQUIRE(condition, where, what, ...) \
     (__builtin_expect(!!(condition), 1) ? static_cast<void>(0) : cow_Fail(where, what, __VA_ARGS__))
+
+namespace cow_detail {
+// "<class>::<operation>", the first part of a message, for checks in code
+// shared by several classes.
+struct CheckWhere {
+    CheckWhere(char const* container, char const* operation) {
+        std::snprintf(text, sizeof text, "%s::%s", container, operation);
+    }
+    char text[64];
+};
+}  // namespace cow_detail
 
 // A precondition, tested in checked mode only.
 #if ZORVANCOW_CHECKED

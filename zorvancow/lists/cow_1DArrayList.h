@@ -82,7 +82,8 @@ public:
     // Appends the other list's elements one by one. When the other list is
     // longer, the array's extent is first set to its count (a reservation:
     // no element below this list's count is touched, and blocks wholly
-    // beyond it are let go). Not for appending a list to itself.
+    // beyond it are let go). The count to copy is read once, so a list
+    // appended to itself doubles.
     void Append(cow_1DArrayList const& other);
     // Puts `value` in front of the element at `index` (0 to count),
     // moving the elements above one place up through Get: every block from
@@ -211,9 +212,10 @@ inline void cow_1DArrayList<T>::Append(T const& value) {
 
 template <class T>
 void cow_1DArrayList<T>::Append(cow_1DArrayList const& other) {
-    ZORVANCOW_CHECK(&other != this, "cow_1DArrayList::Append", "a list appended to itself", "count %d", count);
-    if (other.count > count) array.Grow(other.count);
-    for (int i = 0; i < other.count; ++i) {
+    // The count is read once, so a list appended to itself doubles.
+    int const n = other.count;
+    if (n > count) array.Grow(n);
+    for (int i = 0; i < n; ++i) {
         T const& value = other.array.PartialArrayConstGet(i);
         array.Get(count) = value;
         ++count;

@@ -172,7 +172,8 @@ public:
     // The value of `key`, for writing: every node from the root down to the
     // key's node is private when it returns. For an absent key the path
     // walked is private too and the result is a per-thread scratch value, set
-    // to V() at each such miss; writing to it reaches no map.
+    // to V() at each such miss; writing to it reaches no map, so checked mode
+    // stops there (after the walk). Insert adds a key; IsMember asks first.
     V& Get(K const& key);
 
     // The value of `key`, for reading; makes nothing private and allocates
@@ -270,6 +271,9 @@ private:
     // This thread's V() for ConstGet misses and its scratch for Get misses.
     static V const& GetAbsentValue();
     static V& GetMissedValue();
+
+    // The count that marks IsAbsent's empty probe map; no map holds it.
+    static constexpr int kProbeCount = -1;
 
     Link root;
     int count;
@@ -498,7 +502,11 @@ inline bool cow_Map<K, V>::IsAbsent(V const& reference) {
     cow_Map empty;
     K const key{};
     if (&reference == &empty.ConstGet(key)) return true;
-    return &reference == &empty.Get(key);
+    // The one miss through Get that checked mode lets by is this probe's.
+    empty.count = kProbeCount;
+    bool const missed = &reference == &empty.Get(key);
+    empty.count = 0;
+    return missed;
 }
 
 template <class K, class V>
@@ -556,6 +564,7 @@ template <class K, class V>
 V& cow_Map<K, V>::Get(K const& key) {
     Link* link = FindLink(key);
     if (link->ConstGet() != nullptr) return link->Get().value;
+    ZORVANCOW_CHECK(count == kProbeCount, "cow_Map::Get", "the key is not held", "count %d", count);
     V& missed = GetMissedValue();
     missed = V();
     return missed;

@@ -642,7 +642,7 @@ bool omi_UintTableIterator<T>::BuildSorted() {
     std::int32_t const n = table->count;
     if (n < 1) return false;
     sorted = cow_detail::CollectSorted(static_cast<std::size_t>(n), compare, [this, n] {
-        SortedRecord** records = cow_Allocate([n] { return new SortedRecord*[n]; });
+        SortedRecord** records = cow_Allocate([n] { return new SortedRecord*[static_cast<std::size_t>(n)]; });
         omi_UintTableIterator<T> plain(*table);
         std::int32_t i = 0;
         for (plain.First(); !plain.IsDone(); plain.Next())

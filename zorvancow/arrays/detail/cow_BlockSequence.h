@@ -32,16 +32,6 @@ class cow_BlockIterator;
 template <class T>
 class cow_BlockRange;
 
-namespace cow_detail {
-// "<class>::<operation>", the first part of a checked-mode message.
-struct SequenceWhere {
-    SequenceWhere(char const* container, char const* operation) {
-        std::snprintf(text, sizeof text, "%s::%s", container, operation);
-    }
-    char text[64];
-};
-}  // namespace cow_detail
-
 template <class Sequence, class T>
 class cow_BlockSequence {
 public:
@@ -119,12 +109,12 @@ private:
     // The index is tested as given, before it is narrowed to an int.
     void CheckIndex(char const* operation, std::size_t i) const {
         static_cast<void>(operation), static_cast<void>(i);
-        ZORVANCOW_CHECK(i < size(), cow_detail::SequenceWhere(Sequence::kSequenceName, operation).text,
+        ZORVANCOW_CHECK(i < size(), cow_detail::CheckWhere(Sequence::kSequenceName, operation).text,
                         "index out of range", "index %zu, size %d", i, Length());
     }
     void CheckNotEmpty(char const* operation) const {
         static_cast<void>(operation);
-        ZORVANCOW_CHECK(Length() > 0, cow_detail::SequenceWhere(Sequence::kSequenceName, operation).text,
+        ZORVANCOW_CHECK(Length() > 0, cow_detail::CheckWhere(Sequence::kSequenceName, operation).text,
                         "the value is empty", "size %d", Length());
     }
     void AtIndex(std::size_t i) const {
@@ -148,7 +138,7 @@ public:
         return this->back();
     }
     void pop_back() {
-        ZORVANCOW_CHECK(Self().GetCount() > 0, cow_detail::SequenceWhere(List::kSequenceName, "pop_back").text,
+        ZORVANCOW_CHECK(Self().GetCount() > 0, cow_detail::CheckWhere(List::kSequenceName, "pop_back").text,
                         "the list is empty", "count %d", Self().GetCount());
         Self().SequenceRemoveLast();
     }

@@ -199,7 +199,7 @@ private:
         using std::swap;
         swap(first, second);
     }
-    cow_ElementRef(cow_1DArray<T>& array, std::ptrdiff_t index, int count) : Place(array, index, count) {}
+    cow_ElementRef(cow_1DArray<T>& array_, std::ptrdiff_t index, int count) : Place(array_, index, count) {}
     // Stands where `other` stands (the iterator's assignment; operator=
     // above writes values instead).
     void Rebind(cow_ElementRef const& other) { Place::operator=(other); }

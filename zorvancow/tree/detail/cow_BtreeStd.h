@@ -13,10 +13,14 @@
 // pointer to the tree and no count: any write to the tree (InsertUnlessMember,
 // Remove, Get, assignment, destruction) invalidates it. Writes to other
 // trees that share nodes with it are harmless, since they copy their own path.
+// In checked mode a step (++ or --) after a change of the tree's count since
+// the iterator found its place, such as an erase while it walks, stops with
+// a message; the erase that returns the next position gives a fresh iterator.
 
 #include <cstddef>
 #include <iterator>
 
+#include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Std.h"
 #include "zorvancow/tree/detail/cow_BtreeWalk.h"
 
@@ -40,6 +44,7 @@ public:
     static cow_BtreeStdIter End(cow_Btree<K, V> const& tree) {
         cow_BtreeStdIter it;
         it.tree = &tree;
+        it.count = tree.GetCount();
         return it;
     }
 
@@ -47,6 +52,7 @@ public:
     cow_BtreeStdIter(cow_BtreeStdIter const& other) { *this = other; }
     cow_BtreeStdIter& operator=(cow_BtreeStdIter const& other) {
         tree = other.tree;
+        count = other.count;
         depth = other.depth;
         deep = other.deep;
         for (int i = 0; i < depth; ++i) path[i] = other.path[i];
@@ -57,6 +63,7 @@ public:
     cow_EntryArrow<K, V> operator->() const { return cow_EntryArrow<K, V>{**this}; }
 
     cow_BtreeStdIter& operator++() {
+        CheckUnchanged("operator++");
         Step<true>();
         return *this;
     }
@@ -65,6 +72,7 @@ public:
         if (depth == 0) {
             Last();
         } else {
+            CheckUnchanged("operator--");
             Step<false>();
         }
         return *this;
@@ -123,6 +131,7 @@ private:
     // node and finds each neighbour by a search from the root.
     bool Start() {
         depth = 0;
+        count = tree->GetCount();
         Node const* root = Root();
         if (root == nullptr) return false;
         deep = root->GetMaxDepth() >= PathLength;
@@ -183,7 +192,17 @@ private:
         }
     }
 
+    // The path is only good while the tree keeps the nodes it was taken from.
+    void CheckUnchanged(char const* operation) const {
+        static_cast<void>(operation);
+        ZORVANCOW_CHECK(tree == nullptr || tree->GetCount() == count,
+                        cow_detail::CheckWhere("cow_Btree::iterator", operation).text,
+                        "the tree changed while the iterator walked it", "count %d, was %d",
+                        tree != nullptr ? tree->GetCount() : 0, count);
+    }
+
     cow_Btree<K, V> const* tree = nullptr;
+    int count = 0;      // the tree's count when the path was taken
     int depth = 0;      // nodes on the path; 0 at the end
     bool deep = false;  // the path holds only the current node
     Node const* path[static_cast<std::size_t>(PathLength)];
