@@ -5,12 +5,16 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstddef>
 #include <functional>
 #include <iterator>
 #include <new>
 #include <utility>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 #include "support/FaultInjection.h"
 #include "zorvancow/zorvancow.h"
@@ -39,6 +43,21 @@ struct Counting {
     difference_type operator-(Counting other) const { return at - other.at; }
     bool operator!=(Counting other) const { return at != other.at; }
 };
+
+// A text of 2^31 bytes and its terminating zero, in 1 MiB of memory: one
+// page-aligned MiB of 'a' mapped 2048 times in a row, then a zero page.
+char const* LongestText() {
+    std::size_t const piece = std::size_t{1} << 20, pieces = 2048;
+    auto* base = static_cast<char*>(mmap(nullptr, piece * pieces + 4096, PROT_READ,
+                                         MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
+    int const fd = memfd_create("text", 0);
+    if (base == MAP_FAILED || fd < 0 || ftruncate(fd, static_cast<off_t>(piece)) != 0) return nullptr;
+    auto* fill = static_cast<char*>(mmap(nullptr, piece, PROT_WRITE, MAP_SHARED, fd, 0));
+    std::fill(fill, fill + piece, 'a');
+    for (std::size_t i = 0; i < pieces; ++i)
+        if (mmap(base + i * piece, piece, PROT_READ, MAP_SHARED | MAP_FIXED, fd, 0) == MAP_FAILED) return nullptr;
+    return base;
+}
 
 TEST(RefusalDeathTest, PositionsShapesAndTableArgumentsPastTheirLimitsInEveryBuild) {
     cow_1DArray<int> headOne;
@@ -73,6 +92,8 @@ TEST(RefusalDeathTest, PositionsShapesAndTableArgumentsPastTheirLimitsInEveryBui
          "^cow_FixedArray::cow_FixedArray: a range of more than 2147483647 elements \\(2147483648 elements\\)\n"},
         {[] { cow_1DArray<int>(Counting{0}, Counting{(std::ptrdiff_t{1} << 32) + 16}); },
          "^cow_1DArray::cow_1DArray: a range of more than 2147483647 elements \\(4294967312 elements\\)\n"},
+        {[] { cow_String{LongestText()}; },
+         "^atr_StringBase::atr_StringBase: a text of 2\\^31 bytes or more \\(2147483648 bytes\\)\n"},
     });
 }
 
