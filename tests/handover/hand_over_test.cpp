@@ -221,4 +221,49 @@ TEST_F(HandOver, HandedValuesWorkOnOtherThreadsWhileTheSenderWrites) {
     for (int total : results) EXPECT_EQ(total, 20 * 50 + 20 * 3);
 }
 
+// Tables and texts on worker threads while the sender writes its own: the
+// handed tables share no block with the sender's, and the stand-ins' live
+// counters are touched from every thread at once.
+TEST_F(HandOver, TablesAndTextsWorkOnOtherThreadsWhileTheSenderWrites) {
+    using Table = cow_COW<omi_IntTable<cow_String>>;
+    Table table(new omi_IntTable<cow_String>());
+    cow_String text("kept");
+    for (int k = -20; k < 20; ++k) table.Get().Insert(k * 4099, text);
+    Table const handed = cow_HandOver(table);
+    EXPECT_EQ(handed.ConstGet()->GetCount(), 40);
+    for (int key : {-4099, 0, 4099 * 19}) {
+        EXPECT_NE(handed.ConstGet()->FindBlock(key), table.ConstGet()->FindBlock(key));
+        ExpectOwnText(*handed.ConstGet()->ConstGet(key), *table.ConstGet()->ConstGet(key));
+    }
+
+    std::vector<std::thread> workers;
+    std::vector<int> results(6, 0);
+    for (int round = 0; round < 6; ++round) {
+        workers.emplace_back(
+            [&results, round](Table t, cow_String s) {
+                int total = 0;
+                for (int k = 0; k < 20; ++k) {
+                    Table copy = t;
+                    copy.Get().Insert(k, s);
+                    total += copy.ConstGet()->GetCount() - t.ConstGet()->GetCount();
+                    omi_IntTable<int> base;
+                    base.Insert(k, k);
+                    atr_String bytes(s.GetCString());
+                    cow_String again = s;
+                    again = cow_String("other");
+                }
+                results[round] = total;
+            },
+            cow_HandOver(table), cow_HandOver(text));
+        for (int k = 0; k < 20; ++k) {
+            Table keep = table;
+            table.Get().Insert(1, cow_String("sender"));
+            table.Get().Remove(1);
+            text = cow_String(k % 2 ? "kept" : "changed");
+        }
+    }
+    for (auto& worker : workers) worker.join();
+    for (int total : results) EXPECT_EQ(total, 20 - 1) << "key 0 was held already";
+}
+
 }  // namespace

@@ -38,13 +38,13 @@
 // - trees: the exact shape, node by node, with the stored depths;
 // - maps: the exact shape (keys are put back in the order of the node walk,
 //   which rebuilds every node at its old place);
-// - fixed arrays and matrices: their extents and elements.
+// - fixed arrays and matrices: their extents and elements;
+// - radix tables (omi_UintTable, omi_IntTable, and through cow_COW a shared
+//   one): their arguments, blocks and values.
 // A tree's default value is a new default value of the value type.
 //
 // Plain numbers, bool and plain records (trivially copyable types) are
-// copied as they are. The radix tables are not covered: their copies are
-// deep already except for the texts of cow_String elements, and a type
-// without a rule here fails to compile.
+// copied as they are. A type without a rule here fails to compile.
 
 #include <memory>
 #include <type_traits>
@@ -60,6 +60,7 @@
 #include "zorvancow/map/cow_Map.h"
 #include "zorvancow/shapes/cow_2DArray.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
+#include "zorvancow/tables/omi_IntTable.h"
 #include "zorvancow/tree/cow_Btree.h"
 #include "zorvanbase/omi_BlkBitVect.h"
 
@@ -191,6 +192,28 @@ struct cow_HandOverTraits<cow_COW<T, Cp>> {
         T const* pointee = source.ConstGet();
         if (pointee == nullptr) return cow_COW<T, Cp>(static_cast<T*>(nullptr));
         return cow_COW<T, Cp>(cow_Allocate([pointee] { return new T(cow_HandOver(*pointee)); }));
+    }
+};
+
+// Tables: the deep copy duplicates every block, then each value is replaced
+// by its own hand-over, so that the texts of cow_String values are new too.
+// The arguments, the blocks in use and the pointer arrays stay as they were.
+template <class T>
+struct cow_HandOverTraits<omi_UintTable<T>> {
+    static omi_UintTable<T> Copy(omi_UintTable<T> const& source) {
+        omi_UintTable<T> copy(source);
+        omi_UintTableIterator<T> it(source);
+        for (it.First(); !it.IsDone(); it.Next()) copy.Insert(it.CurrentKey(), cow_HandOver(it.CurrentValue()));
+        return copy;
+    }
+};
+template <class T>
+struct cow_HandOverTraits<omi_IntTable<T>> {
+    static omi_IntTable<T> Copy(omi_IntTable<T> const& source) {
+        std::unique_ptr<omi_IntTable<T>> copy(source.Copy());
+        omi_IntTableIterator<T> it(source);
+        for (it.First(); !it.IsDone(); it.Next()) copy->Insert(it.CurrentKey(), cow_HandOver(it.CurrentValue()));
+        return std::move(*copy);
     }
 };
 
