@@ -57,8 +57,8 @@ def load(paths):
         runs = {}
         repetitions = 0
         for b in data.get("benchmarks", []):
-            # A case with its own run time carries it in its name.
-            name = re.sub(r"/min_time:[0-9.]+", "", b.get("run_name", b["name"]))
+            # A case with its own run time or iteration count carries it in its name.
+            name = re.sub(r"/(min_time:[0-9.]+|iterations:[0-9]+)", "", b.get("run_name", b["name"]))
             ns = b["cpu_time"] * UNIT_NS[b.get("time_unit", "ns")]
             if "bytes_per_version" in b:
                 ns = b["bytes_per_version"]
