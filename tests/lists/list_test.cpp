@@ -14,6 +14,7 @@
 
 #include "support/AllocationCounter.h"
 #include "support/NoLeaks.h"
+#include "zorvancow/handover/cow_HandOver.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
@@ -216,8 +217,8 @@ TEST(ListQueue, SmallTablesFollowTheGrowthRules) {
     for (int i = 0; i < 273; ++i) ASSERT_EQ(list.ConstGet(i + 273), list.ConstGet(i)) << i;
 }
 
-// A chosen block length belongs to the value: copies, moves, Clear,
-// ClearAll and Grow(0) keep it, and a sized array takes it.
+// A chosen block length belongs to the value: copies (a hand-over too),
+// moves, Clear, ClearAll and Grow(0) keep it, and a sized array takes it.
 TEST(BlockLength, ChosenLengthSurvivesCopiesAndResets) {
     NoLeaks noLeaks;
     std::pair<cow_BlockLength, int> const rows[] = {
@@ -228,11 +229,13 @@ TEST(BlockLength, ChosenLengthSurvivesCopiesAndResets) {
         cow_1DArray<int> array(length);
         list.Append(1);
         cow_List<int> moved(std::move(cow_List<int>(list).Clear().Append(2)));
+        cow_List<int> const handed = cow_HandOver(list);
         flat.Append(1);
         flat.ClearAll();
         array.Get(0) = 1;
         array.Grow(0);
-        for (auto const* a : std::vector<cow_1DArray<int> const*>{&list.GetArray(), &moved.GetArray(), &flat.GetArray(), &array}) {
+        for (auto const* a : std::vector<cow_1DArray<int> const*>{&list.GetArray(), &moved.GetArray(), &handed.GetArray(),
+                                                                   &flat.GetArray(), &array}) {
             EXPECT_TRUE(a->GetBlockLength() == length) << length.GetLength();
         }
         EXPECT_EQ(moved.GetArray().GetShift(), shift);
