@@ -310,7 +310,7 @@ private:
     cow_Counter* tableCounter;
     Block** table;
     // The block length chosen at construction (cow_BlockLength's code):
-    // 0 for the growth rules. It only ever changes by assignment.
+    // 0 for the growth rules. Only assignment and swap change it.
     std::int32_t blockRule;
 };
 
