@@ -4,6 +4,8 @@
 // search, 1,000,000 ints each. Qt's containers copy by one count increment,
 // and the first write through a copy detaches, copying every element.
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstring>
 
@@ -111,6 +113,68 @@ void RandomReadFloor(benchmark::State& state) {
     }
 }
 
+// --- versions: the default list beside lists made with a block length
+
+// Lists made with blocks of 1,024 and with balanced blocks (about 512 at a
+// million elements); everything else is cow_List's own.
+struct List1024 : cow_List<int> {
+    List1024() : cow_List<int>(cow_BlockLength(1024)) {}
+};
+struct ListBalanced : cow_List<int> {
+    ListBalanced() : cow_List<int>(cow_BlockLength::Balanced()) {}
+};
+
+// Heap bytes in use, mapped chunks included.
+std::size_t HeapInUse() {
+    struct mallinfo2 const info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+// What one version costs: `versions` versions of a full container, each
+// made from the one before by 10 writes at random indices and all kept;
+// heap bytes in use after, less before, per version, as the counter
+// bytes_per_version. A deep-copying peer needs only a few versions to show
+// its cost.
+template <class C>
+auto BytesPerVersionCase(int versions) {
+    return [versions](benchmark::State& state) {
+        std::vector<int> const& where = RandomIndices();
+        double perVersion = 0;
+        for (auto _ : state) {
+            std::vector<C> kept;
+            kept.reserve(static_cast<std::size_t>(versions) + 1);
+            kept.push_back(Full<C>());
+            std::size_t const before = HeapInUse();
+            for (int v = 0; v < versions; ++v) {
+                kept.push_back(kept.back());
+                for (int w = 0; w < 10; ++w) peer::Write(kept.back(), where[static_cast<std::size_t>(v * 10 + w)]) = v;
+            }
+            perVersion = static_cast<double>(HeapInUse() - before) / versions;
+            benchmark::DoNotOptimize(kept.data());
+        }
+        state.counters["bytes_per_version"] = perVersion;
+    };
+}
+
+// Fills a new container with n elements, taking a snapshot (a copy, held
+// until the next one) every `every` appends: each snapshot makes the next
+// append unshare what the copy shares.
+template <class C>
+auto SnapshotFillCase(int n, int every) {
+    return [n, every](benchmark::State& state) {
+        for (auto _ : state) {
+            C c;
+            C snapshot;
+            for (int i = 0; i < n; ++i) {
+                peer::Append(c, i);
+                if ((i + 1) % every == 0) snapshot = c;
+            }
+            benchmark::DoNotOptimize(c);
+            benchmark::DoNotOptimize(snapshot);
+        }
+    };
+}
+
 using List = cow_List<int>;
 using ArrayList = cow_1DArrayList<int>;
 using Vector = std::vector<int>;
@@ -202,6 +266,24 @@ int const rows = [] {
     Row("BM_RangeFor_CowList", SumCase(Full<List>, RangeForSum(), kCount))->Unit(kUs);
     Row("BM_RangeFor_ListVector", SumCase(Full<Vector>, RangeForSum(), kCount))->Unit(kUs);
     Row("BM_BlockAccumulate_CowList", SumCase(Full<List>, BlockSum(), kCount))->Unit(kUs);
+    // Versions: the default list, a list of 1,024-element blocks and a
+    // balanced one, each grown by Append, beside std::vector.
+    Row("BM_BytesPerVersion_CowList", BytesPerVersionCase<List>(1000))->Iterations(1);
+    Row("BM_BytesPerVersion_CowList1024", BytesPerVersionCase<List1024>(1000))->Iterations(1);
+    Row("BM_BytesPerVersion_CowListBalanced", BytesPerVersionCase<ListBalanced>(1000))->Iterations(1);
+    Row("BM_BytesPerVersion_StdVector", BytesPerVersionCase<Vector>(20))->Iterations(1);
+    Row("BM_CopyWriteDestroy_CowList1024", CopyCase(Full<List1024>, kCount / 2))->Unit(kUs);
+    Row("BM_CopyWriteDestroy_CowListBalanced", CopyCase(Full<ListBalanced>, kCount / 2))->Unit(kUs);
+    Row("BM_FillAppend_CowList1024", FillCase<List1024>(kCount))->Unit(kMs);
+    Row("BM_FillAppend_CowListBalanced", FillCase<ListBalanced>(kCount))->Unit(kMs);
+    Row("BM_RandomRead_CowList1024", RandomReadCase<List1024, RandomIndices>(Full<List1024>))->Unit(kUs);
+    Row("BM_RandomRead_CowListBalanced", RandomReadCase<ListBalanced, RandomIndices>(Full<ListBalanced>))->Unit(kUs);
+    Row("BM_RangeFor_CowList1024", SumCase(Full<List1024>, RangeForSum(), kCount))->Unit(kUs);
+    Row("BM_RangeFor_CowListBalanced", SumCase(Full<ListBalanced>, RangeForSum(), kCount))->Unit(kUs);
+    Row("BM_SnapshotFill_CowList", SnapshotFillCase<List>(kCount, 1000))->Unit(kMs);
+    Row("BM_SnapshotFill_CowList1024", SnapshotFillCase<List1024>(kCount, 1000))->Unit(kMs);
+    Row("BM_SnapshotFill_CowListBalanced", SnapshotFillCase<ListBalanced>(kCount, 1000))->Unit(kMs);
+    Row("BM_SnapshotFill_StdVector", SnapshotFillCase<Vector>(kCount, 1000))->Unit(kMs);
 #ifdef ZORVANCOW_BENCH_QT
     Row("BM_CopyDestroy_QVector", CopyCase(Full<QVector<int>>, -1));
     Row("BM_CopyDestroy_QList", CopyCase(Full<QList<int>>, -1));
@@ -212,6 +294,9 @@ int const rows = [] {
     Row("BM_RandomRead_QVector", RandomReadCase<QVector<int>, RandomIndices>(Full<QVector<int>>))->Unit(kUs);
     Row("BM_RandomRead_QList", RandomReadCase<QList<int>, RandomIndices>(Full<QList<int>>))->Unit(kUs);
     Row("BM_Queue_QQueue", QueueCase<QQueue<int>>(kCount))->Unit(kMs);
+    Row("BM_BytesPerVersion_QVector", BytesPerVersionCase<QVector<int>>(20))->Iterations(1);
+    Row("BM_RangeFor_QVector", SumCase(Full<QVector<int>>, RangeForSum(), kCount))->Unit(kUs);
+    Row("BM_SnapshotFill_QVector", SnapshotFillCase<QVector<int>>(kCount, 1000))->Unit(kMs);
 #endif
     return 0;
 }();

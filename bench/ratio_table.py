@@ -2,7 +2,8 @@
 """Turns the JSON output of the benchmark programs into one Markdown table.
 
 Every row sets one Zorvancow case beside one peer: the median CPU time of
-each over the repetitions of the run, their ratio (Zorvancow / peer, below 1
+each over the repetitions of the run (or, for a case that reports a
+"bytes_per_version" counter, that many bytes), their ratio (Zorvancow / peer, below 1
 means Zorvancow is faster) and the target for that ratio, with a check mark
 when the run meets it. Rows whose cases are missing from the output (the Qt
 peers of a build without Qt) are left out.
@@ -40,9 +41,14 @@ def rows(path=ROWS_FILE):
 UNIT_NS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
+# Names of the cases whose value is bytes (their bytes_per_version counter), not time.
+BYTE_CASES = set()
+
+
 def load(paths):
-    """Median CPU time in ns of every benchmark in the files, the context of
-    the first file, and the number of repetitions."""
+    """Median CPU time in ns (or bytes, for a case with a bytes_per_version
+    counter) of every benchmark in the files, the context of the first file,
+    and the number of repetitions."""
     medians, context, most = {}, None, 0
     for path in paths:
         with open(path, encoding="utf-8") as f:
@@ -51,9 +57,12 @@ def load(paths):
         runs = {}
         repetitions = 0
         for b in data.get("benchmarks", []):
-            # A case with its own run time carries it in its name.
-            name = re.sub(r"/min_time:[0-9.]+", "", b.get("run_name", b["name"]))
+            # A case with its own run time or iteration count carries it in its name.
+            name = re.sub(r"/(min_time:[0-9.]+|iterations:[0-9]+)", "", b.get("run_name", b["name"]))
             ns = b["cpu_time"] * UNIT_NS[b.get("time_unit", "ns")]
+            if "bytes_per_version" in b:
+                ns = b["bytes_per_version"]
+                BYTE_CASES.add(name)
             repetitions = max(repetitions, int(b.get("repetitions", 1)))
             if b.get("run_type") == "aggregate":
                 if b.get("aggregate_name") == "median":
@@ -88,7 +97,12 @@ def ratio_text(r):
     return f"1/{significant(1 / r)}" if r < 0.01 else significant(r)
 
 
-def time_text(ns):
+def time_text(ns, name=None):
+    if name in BYTE_CASES:
+        for unit, scale in (("MB", 1e6), ("KB", 1e3)):
+            if ns >= scale:
+                return f"{significant(ns / scale)} {unit}"
+        return f"{significant(ns)} B"
     for unit, scale in (("s", 1e9), ("ms", 1e6), ("µs", 1e3)):
         if ns >= scale:
             return f"{significant(ns / scale)} {unit}"
@@ -115,7 +129,7 @@ def table(medians, context, build, repetitions):
     if hasattr(os, "getloadavg"):
         load_text = f", load average {os.getloadavg()[0]:.2f} at the end"
     lines.append(f"Run of {date} on {machine()}{load_text}; {build}.")
-    lines.append(f"Median CPU time of each case over {repetitions} repetitions; "
+    lines.append(f"Median CPU time of each case (heap bytes, for bytes per version) over {repetitions} repetitions; "
                  "a ratio below 1 means Zorvancow is faster.")
     lines.append("")
     lines.append("| Case | Zorvancow | Peer | Ratio | Target |")
@@ -132,7 +146,7 @@ def table(medians, context, build, repetitions):
             met += ok
             missed += not ok
             goal = f"≤ {ratio_text(target)} {'✓' if ok else '✗'}"
-        lines.append(f"| {case} | {time_text(medians[ours])} | {time_text(medians[peer])} | {ratio_text(r)} | {goal} |")
+        lines.append(f"| {case} | {time_text(medians[ours], ours)} | {time_text(medians[peer], peer)} | {ratio_text(r)} | {goal} |")
     lines.append("")
     lines.append(f"{met} targets met, {missed} missed.")
     return "\n".join(lines)

@@ -137,6 +137,23 @@ void TourLists() {
             shared += a.GetBlock(s) != nullptr && a.GetBlock(s) == edited.GetArray().GetBlock(t);
     }
     std::printf("  after the sort the copy has storage of its own: %d blocks shared\n", shared);
+
+    // Many versions of a large list: a balanced block length keeps blocks
+    // near sqrt(size), so a version costs a short table and its written blocks.
+    cow_List<int> big(cow_BlockLength::Balanced());
+    for (int i = 0; i < 1000000; ++i) big.Append(i);
+    std::vector<cow_List<int>> versions(1, big);
+    for (int v = 1; v <= 100; ++v) {
+        versions.push_back(versions.back());
+        versions.back().Get(v * 9973) = -v;
+    }
+    cow_1DArray<int> const& last = versions.back().GetArray();
+    std::printf("a balanced list of 1,000,000 ints: blocks of %d, a table of %d slots;\n"
+                "  100 versions, each one write from the one before, cost each about %zu bytes of its own"
+                " (the table and one block); version 100 reads %d at 997300, the first %d\n",
+                1 << last.GetShift(), last.GetCapacity(),
+                sizeof(void*) * static_cast<std::size_t>(last.GetCapacity()) + (sizeof(int) << last.GetShift()),
+                versions.back().ConstGet(997300), big.ConstGet(997300));
 }
 
 void TourShapes() {

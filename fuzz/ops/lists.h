@@ -20,7 +20,13 @@
 namespace fuzz::lists {
 
 constexpr int kSlots = 4;
-constexpr int kMaxCount = 1000;  // several blocks and table growths, yet cheap to check
+constexpr int kMaxCount = 1200;  // several blocks, table growths and a balanced re-blocking, yet cheap to check
+
+// The block lengths values are made with: the growth rules, a chosen one and
+// a balanced one. Slot s starts with Length(s); copies pass lengths around.
+inline cow_BlockLength Length(int pick) {
+    return pick % 3 == 0 ? cow_BlockLength() : pick % 3 == 1 ? cow_BlockLength(32) : cow_BlockLength::Balanced();
+}
 
 // A blocked array's model: its elements, and past them the values still
 // lying in storage the array keeps (a shrink leaves the part of a block
@@ -97,11 +103,11 @@ struct Lists {
     using Inner = cow_1DArrayList<T>;
     using Nested = std::vector<std::vector<int>>;
 
-    cow_1DArray<T> arrays[kSlots];
+    cow_1DArray<T> arrays[kSlots] = {cow_1DArray<T>(), cow_1DArray<T>(Length(1)), cow_1DArray<T>(Length(2))};
     ArrayModel arrayModels[kSlots];
-    cow_List<T> lists[kSlots];
+    cow_List<T> lists[kSlots] = {cow_List<T>(), cow_List<T>(Length(1)), cow_List<T>(Length(2))};
     std::deque<int> listModels[kSlots];
-    Inner flats[kSlots];
+    Inner flats[kSlots] = {Inner(), Inner(Length(1)), Inner(Length(2))};
     std::vector<int> flatModels[kSlots];
     cow_List<Inner> nested[kSlots];
     Nested nestedModels[kSlots];
@@ -171,7 +177,7 @@ struct Lists {
                 break;
             }
             case 3:  // a sized array: no element exists until touched
-                array = cow_1DArray<T>(in.Below(kMaxCount));
+                array = cow_1DArray<T>(in.Below(kMaxCount), Length(value));
                 model = ArrayModel();
                 model.size = array.GetSize();
                 break;

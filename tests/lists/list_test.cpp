@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
 #include <limits>
 #include <optional>
 #include <utility>
@@ -13,6 +14,7 @@
 
 #include "support/AllocationCounter.h"
 #include "support/NoLeaks.h"
+#include "zorvancow/handover/cow_HandOver.h"
 #include "zorvancow/lists/cow_1DArrayList.h"
 #include "zorvancow/lists/cow_List.h"
 #include "zorvancow/shapes/cow_FixedArray.h"
@@ -216,6 +218,71 @@ TEST(ListQueue, SmallTablesFollowTheGrowthRules) {
     cow_1DArrayList<int> three{1, 2, 3};
     three.Append(three);
     EXPECT_EQ(three, (cow_1DArrayList<int>{1, 2, 3, 1, 2, 3}));
+}
+
+// A chosen block length belongs to the value: copies (a hand-over too),
+// moves, Clear, ClearAll and Grow(0) keep it, and a sized array takes it.
+TEST(BlockLength, ChosenLengthSurvivesCopiesAndResets) {
+    NoLeaks noLeaks;
+    std::pair<cow_BlockLength, int> const rows[] = {
+        {cow_BlockLength(), 4}, {cow_BlockLength(16), 4}, {cow_BlockLength(1024), 10}, {cow_BlockLength::Balanced(), 4}};
+    for (auto const& [length, shift] : rows) {
+        cow_List<int> list(length);
+        cow_1DArrayList<int> flat(length);
+        cow_1DArray<int> array(length);
+        list.Append(1);
+        cow_List<int> moved(std::move(cow_List<int>(list).Clear().Append(2)));
+        cow_List<int> const handed = cow_HandOver(list);
+        flat.Append(1);
+        flat.ClearAll();
+        array.Get(0) = 1;
+        array.Grow(0);
+        for (auto const* a : std::vector<cow_1DArray<int> const*>{&list.GetArray(), &moved.GetArray(), &handed.GetArray(),
+                                                                   &flat.GetArray(), &array}) {
+            EXPECT_TRUE(a->GetBlockLength() == length) << length.GetLength();
+        }
+        EXPECT_EQ(moved.GetArray().GetShift(), shift);
+        EXPECT_EQ(array.Get(5), 0);
+        EXPECT_EQ(array.GetShift(), shift) << length.GetLength();
+    }
+    EXPECT_EQ(cow_1DArray<int>(1000000, cow_BlockLength(1024)).GetCapacity(), 977 + 16);
+    EXPECT_EQ(cow_1DArray<int>(1000000, cow_BlockLength()).GetShift(), 16) << "the growth rules";
+}
+
+// A balanced list re-blocks as it grows at either end, its contents kept. A
+// version that shares the table (one is held at every other re-blocking)
+// keeps its table, blocks and values. One version of 10 writes then costs a
+// short table and 10 short blocks.
+TEST(BlockLength, BalancedReblocksIntoFreshStorage) {
+    NoLeaks noLeaks;
+    cow_List<int> list(cow_BlockLength::Balanced());
+    std::deque<int> model;
+    int reblocks = 0;
+    for (int i = 0; i < 100000; ++i) {
+        int const shift = list.GetArray().GetShift();
+        std::optional<cow_List<int>> held;
+        std::vector<cow_1DArrayBlock<int> const*> blocks;
+        if (reblocks % 2 == 1) {
+            held = list;
+            for (int s = 0; s < list.GetArray().GetCapacity(); ++s) blocks.push_back(list.GetArray().GetBlock(s));
+        }
+        if (i % 3 == 0) list.Prepend(-i), model.push_front(-i);
+        else list.Append(i), model.push_back(i);
+        if (shift == 0 || list.GetArray().GetShift() == shift) continue;
+        ++reblocks;
+        ASSERT_TRUE(std::equal(model.begin(), model.end(), list.begin(), list.end())) << i;
+        if (!held) continue;
+        for (int s = 0; s < held->GetArray().GetCapacity(); ++s) ASSERT_EQ(held->GetArray().GetBlock(s), blocks[s]);
+        ASSERT_TRUE(std::equal(held->begin(), held->end(), model.begin() + (i % 3 == 0), model.end() - (i % 3 != 0)));
+    }
+    EXPECT_EQ(list.GetArray().GetShift(), 8) << "100,000 elements in 391 blocks of 256";
+    EXPECT_EQ(reblocks, 4);
+    EXPECT_TRUE(std::equal(model.begin(), model.end(), list.begin(), list.end()));
+    cow_List<int> version(list);
+    for (int w = 0; w < 10; ++w) version.Get(w * 9973) = w;
+    std::size_t const bytes = sizeof(void*) * static_cast<std::size_t>(version.GetArray().GetCapacity()) +
+                              10 * (sizeof(int) << version.GetArray().GetShift());
+    EXPECT_LT(bytes, 16u * 1024) << "against 50 KB of table alone with blocks of 16";
 }
 
 }  // namespace

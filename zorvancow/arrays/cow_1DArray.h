@@ -45,6 +45,7 @@
 #include "zorvancow/core/cow_Check.h"
 #include "zorvancow/core/cow_Element.h"
 #include "zorvancow/core/cow_Export.h"
+#include "zorvancow/arrays/cow_BlockLength.h"
 #include "zorvancow/arrays/detail/cow_BlockCursor.h"
 #include "zorvancow/arrays/detail/cow_BlockSequence.h"
 #include "zorvancow/arrays/detail/cow_1DArrayStd.h"
@@ -108,6 +109,14 @@ public:
     // n/16 to n/8 elements, 16 below 256; no element is created until it is
     // touched. n must not be negative (checked mode stops on it).
     explicit cow_1DArray(int n);
+    // An empty array with the given block length (arrays/cow_BlockLength.h),
+    // which it keeps through copies, moves and resets. With
+    // cow_BlockLength() it is the array above.
+    explicit cow_1DArray(cow_BlockLength length);
+    // An array of size n with blocks of the given length: a table of the
+    // blocks needed plus 16 slots, and no blocks. With cow_BlockLength() it
+    // is cow_1DArray(n).
+    cow_1DArray(int n, cow_BlockLength length);
     // Shares the other's table: one increment, no allocation.
     cow_1DArray(cow_1DArray const& other) noexcept;
     // Takes the other's table without a count moving; `other` is left empty
@@ -118,7 +127,8 @@ public:
           endPosition(other.endPosition),
           head(other.head),
           tableCounter(other.tableCounter),
-          table(other.table) {
+          table(other.table),
+          blockRule(other.blockRule) {
         other.capacity = 0;
         other.shift = 0;
         other.endPosition = 0;
@@ -146,6 +156,7 @@ public:
         std::swap(head, other.head);
         std::swap(tableCounter, other.tableCounter);
         std::swap(table, other.table);
+        std::swap(blockRule, other.blockRule);
     }
 
     // Write access to element i (0 or more), counted from the head. Always a
@@ -166,7 +177,10 @@ public:
     // (0 < n < size) keeps the table's capacity and lets go of every block
     // wholly beyond the new end: its count falls (freeing it at 0) and its
     // slot becomes empty, so a later growth starts from default elements
-    // there. Elements inside the new extent are untouched. Always true.
+    // there. Elements inside the new extent are untouched. A balanced array
+    // (cow_BlockLength::Balanced()) whose table would grow past four times
+    // its block length re-blocks first (see arrays/cow_BlockLength.h).
+    // Always true.
     bool Grow(int n);
     // Adds one element in front of the first and returns it (a default
     // element). No element moves: when the head reaches position 0, the used
@@ -212,6 +226,9 @@ public:
     int GetEndPosition() const { return endPosition; }
     int GetTableShareCount() const { return tableCounter != nullptr ? tableCounter->GetCount() : 1; }
     cow_Counter const* GetTableCounter() const { return tableCounter; }
+    // The block length this array was made with: cow_BlockLength() for the
+    // growth rules, else what the constructor took.
+    cow_BlockLength GetBlockLength() const { return cow_BlockLength(blockRule, 0); }
     Block const* GetBlock(int slot) const { return table[slot]; }
     int GetBlockCount(int slot) const { return table[slot] != nullptr ? table[slot]->GetCount() : 0; }
 
@@ -269,6 +286,16 @@ private:
     // leaves that behind), moves the used slots to the front instead.
     // An internal step of Grow.
     void ReclaimFront(int n);
+    // The shift of the first growth to n elements from an empty extent:
+    // 4 for the growth rules, the chosen one, or the balanced one for n.
+    int FirstShift(int n) const;
+    // Whether `used` blocks of 1 << k elements are too many for a balanced
+    // array, which keeps them at four times the block length or fewer.
+    static bool Crowded(std::int64_t used, int k) { return k < cow_BlockLength::kMost && used > (std::int64_t{4} << k); }
+    // Moves a balanced array to blocks of 1 << newShift elements (newShift
+    // above shift) on a new table of its own; positions do not move, and
+    // the old table and blocks are released as by the destructor.
+    void Reblock(int newShift);
     // Lowers a block's count, destroying it at 0; true when destroyed.
     static bool ReleaseBlock(Block* block) {
         if (!block->Decrement()) return false;
@@ -282,6 +309,9 @@ private:
     std::int32_t head;
     cow_Counter* tableCounter;
     Block** table;
+    // The block length chosen at construction (cow_BlockLength's code):
+    // 0 for the growth rules. Only assignment and swap change it.
+    std::int32_t blockRule;
 };
 
 // Walks an array in position order over a snapshot: it holds its own copy of
@@ -380,7 +410,22 @@ cow_1DArrayBlock<T>::~cow_1DArrayBlock() {
 
 template <class T>
 cow_1DArray<T>::cow_1DArray()
-    : capacity(0), shift(0), endPosition(0), head(0), tableCounter(new cow_Counter), table(nullptr) {}
+    : capacity(0), shift(0), endPosition(0), head(0), tableCounter(new cow_Counter), table(nullptr), blockRule(0) {}
+
+template <class T>
+inline cow_1DArray<T>::cow_1DArray(cow_BlockLength length) : cow_1DArray() {
+    blockRule = length.rule;
+}
+
+template <class T>
+inline cow_1DArray<T>::cow_1DArray(int n, cow_BlockLength length) : cow_1DArray(n) {
+    if (length.IsGrowthRules()) return;
+    blockRule = length.rule;
+    shift = FirstShift(n);
+    capacity = static_cast<int>(((static_cast<std::int64_t>(n) + (std::int64_t{1} << shift) - 1) >> shift) + 16);
+    table = static_cast<Block**>(mem_Realloc(table, sizeof(Block*) * static_cast<std::size_t>(capacity)));
+    for (int s = 0; s < capacity; ++s) table[s] = nullptr;
+}
 
 template <class T>
 cow_1DArray<T>::cow_1DArray(int n)
@@ -389,7 +434,8 @@ cow_1DArray<T>::cow_1DArray(int n)
       endPosition(n),
       head(0),
       tableCounter(new cow_Counter),
-      table(nullptr) {
+      table(nullptr),
+      blockRule(0) {
     // The block length comes from the exponent of n as a float: blocks of
     // 2^(exponent - 3) give 8 to 16 blocks for the whole array, and the
     // table gets that many slots (read from the top mantissa bits, rounded
@@ -413,7 +459,8 @@ inline cow_1DArray<T>::cow_1DArray(cow_1DArray const& other) noexcept
       endPosition(other.endPosition),
       head(other.head),
       tableCounter(other.tableCounter),
-      table(other.table) {
+      table(other.table),
+      blockRule(other.blockRule) {
     if (tableCounter != nullptr) tableCounter->Increment();
 }
 
@@ -443,6 +490,7 @@ cow_1DArray<T>& cow_1DArray<T>::operator=(cow_1DArray const& other) {
     tableCounter = other.tableCounter;
     if (tableCounter != nullptr) tableCounter->Increment();
     table = other.table;
+    blockRule = other.blockRule;
     return *this;
 }
 
@@ -543,12 +591,23 @@ bool cow_1DArray<T>::Grow(int n) {
         head = 0;
         return true;
     }
+    if (n > 0 && blockRule == cow_BlockLength::kBalancedRule && endPosition != 0) {
+        // Before the table grows: a balanced array re-blocks when the blocks
+        // in use would pass four times the block length. It needs no
+        // private table first, since it leaves the old one as it is.
+        std::int64_t const newEnd = static_cast<std::int64_t>(head) + n;
+        if (((newEnd + (std::int64_t{1} << shift) - 1) >> shift) > capacity) {
+            int k = shift;
+            while (Crowded(((newEnd + (std::int64_t{1} << k) - 1) >> k) - (head >> k), k)) ++k;
+            if (k != shift) Reblock(k);
+        }
+    }
     CopyArray();
     if (n > 0) ReclaimFront(n);
     int oldBlockEnd = BlockEnd();
     int newCapacity = capacity;
     if (n != 0) {
-        if (endPosition == 0) shift = 4;
+        if (endPosition == 0) shift = FirstShift(n);
         endPosition = head + n;
         int blockEnd = BlockEnd();
         if (blockEnd > capacity) newCapacity = blockEnd + 16;
@@ -601,6 +660,49 @@ void cow_1DArray<T>::ReclaimFront(int n) {
 }
 
 template <class T>
+int cow_1DArray<T>::FirstShift(int n) const {
+    if (blockRule != cow_BlockLength::kBalancedRule) return blockRule != 0 ? blockRule : 4;
+    int k = cow_BlockLength::kLeast;
+    while (Crowded((static_cast<std::int64_t>(n) + (std::int64_t{1} << k) - 1) >> k, k)) ++k;
+    return k;
+}
+
+template <class T>
+void cow_1DArray<T>::Reblock(int newShift) {
+    int const ratio = newShift - shift;
+    int const oldLength = 1 << shift;
+    // The old slots' positions, plus 16 free slots as a growth leaves.
+    int const newCapacity = static_cast<int>(((static_cast<std::int64_t>(capacity) + (1 << ratio) - 1) >> ratio) + 16);
+    Block** fresh = static_cast<Block**>(mem_Malloc(sizeof(Block*) * static_cast<std::size_t>(newCapacity)));
+    for (int s = 0; s < newCapacity; ++s) fresh[s] = nullptr;
+    // New block j gathers old slots j << ratio onward, in order, so every
+    // position keeps its place. Absent old blocks stay default elements.
+    try {
+        for (int s = BlockStart(), stop = BlockEnd(); s < stop; ++s) {
+            Block const* old = table[s];
+            if (old == nullptr) continue;
+            Block*& gathered = fresh[s >> ratio];
+            if (gathered == nullptr) gathered = new Block(1 << newShift);
+            cow_Element<T>::CopyRun(gathered->data + (static_cast<std::size_t>(s & ((1 << ratio) - 1)) << shift),
+                                    old->data, static_cast<std::size_t>(oldLength));
+        }
+    } catch (...) {
+        // An element copy threw: the array has not changed yet.
+        for (int s = 0; s < newCapacity; ++s) {
+            if (fresh[s] != nullptr) ReleaseBlock(fresh[s]);
+        }
+        mem_Free(fresh);
+        throw;
+    }
+    cow_Counter* counter = new cow_Counter;
+    ReleaseTable();
+    tableCounter = counter;
+    table = fresh;
+    capacity = newCapacity;
+    shift = newShift;
+}
+
+template <class T>
 T& cow_1DArray<T>::GetHead() {
     if (head != 0) {
         --head;
@@ -612,7 +714,11 @@ T& cow_1DArray<T>::GetHead() {
         std::int64_t const grown = (static_cast<std::int64_t>(b) << shift) + 1;
         ZORVANCOW_REQUIRE(grown <= INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
                           "blocks %d, shift %d", b, shift);
+        int const oldShift = shift;
         Grow(static_cast<int>(grown));
+        // A balanced array may have re-blocked: the used slots to move are
+        // then those that hold the old b blocks' positions.
+        if (shift != oldShift) b = static_cast<int>(((grown - 1) + (std::int64_t{1} << shift) - 1) >> shift);
     } else {
         ZORVANCOW_REQUIRE(endPosition < INT_MAX, "cow_1DArray::GetHead", "the end position would pass 2147483647",
                           "end %d", endPosition);

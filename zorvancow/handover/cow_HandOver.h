@@ -130,8 +130,9 @@ template <class T>
 struct cow_HandOverTraits<cow_1DArray<T>> {
     static cow_1DArray<T> Copy(cow_1DArray<T> const& source) {
         int const size = source.GetSize();
-        if (size <= 0) return cow_1DArray<T>();
-        cow_1DArray<T> copy(size);
+        // The copy keeps the source's block length, as every copy does.
+        if (size <= 0) return cow_1DArray<T>(source.GetBlockLength());
+        cow_1DArray<T> copy(size, source.GetBlockLength());
         cow_detail::HandOverEach(source, size, [&copy](int i, T const* element) {
             if (element != nullptr) copy.Get(i) = cow_HandOver(*element);
         });
@@ -146,7 +147,7 @@ template <class List>
 struct ListHandOver {
     using T = typename List::value_type;
     static List Copy(List const& source) {
-        List copy;
+        List copy(source.GetArray().GetBlockLength());
         HandOverEach(source.GetArray(), source.GetCount(), [&copy](int, T const* element) {
             copy.Append(element != nullptr ? cow_HandOver(*element) : T());
         });

@@ -49,6 +49,10 @@ class ZORVANCOW_TYPE cow_1DArrayList : public cow_ListSequence<cow_1DArrayList<T
 public:
     // An empty list; allocates only its array's counter.
     cow_1DArrayList();
+    // An empty list whose array has the given block length
+    // (arrays/cow_BlockLength.h). Copies and moves carry it, and ClearAll
+    // keeps it.
+    explicit cow_1DArrayList(cow_BlockLength length) : count(0), array(length) {}
     // Shares the other's storage: copies the count, shares the array's
     // table. No element is copied.
     cow_1DArrayList(cow_1DArrayList const& other) noexcept : count(other.count), array(other.array) {}
@@ -96,8 +100,8 @@ public:
     bool Remove(int index);
     // Removes the last element and gives a copy of it. Needs a non-empty list.
     T Pop();
-    // Empties the list with a new array of its own; other holders of the old
-    // storage keep it.
+    // Empties the list with a new array of its own, of the same block
+    // length; other holders of the old storage keep it.
     void ClearAll();
     // Index of the first element equal to `value`, or the count when none.
     // Linear; copies the array handle for the length of the walk.
@@ -256,7 +260,7 @@ T cow_1DArrayList<T>::Pop() {
 
 template <class T>
 void cow_1DArrayList<T>::ClearAll() {
-    array = cow_1DArray<T>();
+    array = cow_1DArray<T>(array.GetBlockLength());
     count = 0;
 }
 

@@ -48,6 +48,10 @@ class ZORVANCOW_TYPE cow_List : public cow_ListSequence<cow_List<T>, T> {
 public:
     // An empty list; allocates only its array's counter.
     cow_List() : count(0), array() {}
+    // An empty list whose array has the given block length
+    // (arrays/cow_BlockLength.h), e.g. cow_List<int> l(cow_BlockLength::Balanced());
+    // Copies and moves carry it, and Clear keeps it.
+    explicit cow_List(cow_BlockLength length) : count(0), array(length) {}
     // Shares the other's storage: copies the count, shares the table.
     cow_List(cow_List const& other) noexcept : count(other.count), array(other.array) {}
     // Takes the other's storage without a count moving; `other` is left an
@@ -369,8 +373,9 @@ cow_List<T>& cow_List<T>::Sort() {
     // leaves as they are; other element types move by their own moves. Each
     // element ends up exactly once in the buffer.
     cow_Element<T>::SortRun(buffer.Get(), n, [](T const& a, T const& b) { return SortCmp(&a, &b); });
-    // The sorted array is complete before the old one is let go.
-    cow_1DArray<T> sorted;
+    // The sorted array is complete before the old one is let go, and keeps
+    // the block length.
+    cow_1DArray<T> sorted(array.GetBlockLength());
     for (int i = 0; i < n; ++i) sorted.Get(i) = buffer.Get()[i];
     array = sorted;
     count = n;
