@@ -705,9 +705,12 @@ void cow_1DArray<T>::Reblock(int newShift) {
 template <class T>
 T& cow_1DArray<T>::GetHead() {
     if (head != 0) {
-        --head;
+        // The slot is made private before the head moves: a copy that throws
+        // while unsharing its block leaves the array as it was.
         if (!cow_IsSole(tableCounter)) CopyArray();
-        return PrivateTableGet(head);
+        T& slot = PrivateTableGet(head - 1);
+        --head;
+        return slot;
     }
     int b = BlockEnd();
     if (b == capacity) {

@@ -577,9 +577,20 @@ bool omi_UintTable<T>::Insert(unsigned int key, T const& value) {
     unsigned int const n = key >> keyShift;
     if (n >= blockCount) GrowTo(n);
     omi_UintTableBlock<T>* block = blocks[n];
-    if (block == nullptr)
-        block = blocks[n] = cow_Allocate([this] { return new omi_UintTableBlock<T>(blockPointers, elementShift); });
-    if (!block->Insert(key & keyMask, value)) return false;
+    if (block == nullptr) {
+        // A table block lives only while it holds a key: when the first
+        // value's copy throws, the new block goes again.
+        block = cow_Allocate([this] { return new omi_UintTableBlock<T>(blockPointers, elementShift); });
+        try {
+            block->Insert(key & keyMask, value);
+        } catch (...) {
+            delete block;
+            throw;
+        }
+        blocks[n] = block;
+    } else if (!block->Insert(key & keyMask, value)) {
+        return false;
+    }
     ++count;
     return true;
 }

@@ -49,11 +49,11 @@ struct ArrayAlgorithms {
                 T const& source = array.Get(i + 1);
                 array.Get(i) = source;
             }
+            cow_Element<T>::Clear(array.Get(count));
         } catch (...) {
             ++count;
             throw;
         }
-        cow_Element<T>::Clear(array.Get(count));
     }
 
     // Index of the first element equal to `value`, or -1. Walks the array
