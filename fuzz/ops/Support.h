@@ -11,6 +11,7 @@
 //   FUZZ_CHECK     a failed check: one line naming the step, then abort(), or
 //                  whatever handler the caller installed (the tests throw)
 //   Element<T>     the element types a stream runs with, made from a number
+//   Brittle        the element whose copy throws when the input says so
 //   Run<State>     the frame: the stream's first byte picks the element type,
 //                  and at the end the stand-ins' live counters must be back
 
@@ -114,7 +115,40 @@ Key NearKey(Model const& model, Key key) {
     return model.empty() ? key : at == model.end() ? model.begin()->first : at->first;
 }
 
-// The element types a stream runs with: int, cow_String and std::string.
+// An element whose copy constructor and copy assignment throw on the armed
+// call (counting down; 0 for none), so that any operation that copies
+// elements can be stopped half-way. Moves never throw. It counts its live
+// objects, so a leak of elements shows at the end of a stream.
+struct Thrown {};
+struct Brittle {
+    static inline int throwIn = 0;
+    static inline long live = 0;
+    int n = 0;
+    Brittle() { ++live; }
+    explicit Brittle(int v) : n(v) { ++live; }
+    Brittle(Brittle const& other) : n(other.n) {
+        Tick();
+        ++live;
+    }
+    Brittle(Brittle&& other) noexcept : n(other.n) { ++live; }
+    Brittle& operator=(Brittle const& other) {
+        Tick();
+        n = other.n;
+        return *this;
+    }
+    Brittle& operator=(Brittle&& other) noexcept {
+        n = other.n;
+        return *this;
+    }
+    ~Brittle() { --live; }
+    static void Tick() {
+        if (throwIn != 0 && --throwIn == 0) throw Thrown();
+    }
+    friend bool operator==(Brittle const& a, Brittle const& b) { return a.n == b.n; }
+    friend bool operator<(Brittle const& a, Brittle const& b) { return a.n < b.n; }
+};
+
+// The element types a stream runs with: int, cow_String, std::string and Brittle.
 // Each element is made from a number n >= 0 and read back to it, so every
 // model holds plain numbers and shares nothing with the values it checks. 0
 // makes the zero element (what a slot that was never written holds), and the
@@ -125,11 +159,13 @@ inline char const* Text(std::string const& text) { return text.c_str(); }
 template <class T>
 T Make(int n) {
     if constexpr (std::is_same<T, int>::value) return n;
+    else if constexpr (std::is_same<T, Brittle>::value) return Brittle(n);
     else return n == 0 ? T() : T(("v" + std::to_string(100000 + n)).c_str());
 }
 template <class T>
 int Number(T const& value) {
     if constexpr (std::is_same<T, int>::value) return value;
+    else if constexpr (std::is_same<T, Brittle>::value) return value.n;
     else return *Text(value) == 0 ? 0 : std::atoi(Text(value) + 1) - 100000;
 }
 
@@ -256,6 +292,53 @@ void Wander(Iterator&& it, Model const& model, Input& in, Same same) {
     }
 }
 
+// A value read back into a model: a number per element, a list of them per
+// sequence (anything with GetCount or GetSize and ConstGet), a std::map per
+// tree or map (through its standard iterator), nested ones too.
+template <class Value>
+auto CountOf(Value const& value, int) -> decltype(value.GetCount()) {
+    return value.GetCount();
+}
+template <class Value>
+int CountOf(Value const& value, long) {
+    return value.GetSize();
+}
+template <class Model, class = void>
+struct IsKeyed : std::false_type {};
+template <class Model>
+struct IsKeyed<Model, std::void_t<typename Model::key_type>> : std::true_type {};
+template <class Model, class Value>
+Model ReadBack(Value const& value) {
+    if constexpr (std::is_same<Model, int>::value) {
+        return Number(value);
+    } else if constexpr (IsKeyed<Model>::value) {
+        Model model;
+        for (auto const& [key, mapped] : value) model.emplace(ModelKey(key), ReadBack<typename Model::mapped_type>(mapped));
+        return model;
+    } else {
+        Model model;
+        for (int i = 0, n = CountOf(value, 0); i < n; ++i)
+            model.push_back(ReadBack<typename Model::value_type>(value.ConstGet(i)));
+        return model;
+    }
+}
+
+// After an element copy threw half-way through a step: every value must read
+// whole, and at most one of them (the one the step was writing) may differ
+// from its model, which may or may not have taken the step yet. Each model
+// is then set to what its value holds. State::EachValue(f) calls f(now,
+// model) for every value of the state, `now` being the value read back into
+// a model of the type of `model`.
+template <class State>
+void AfterThrow(State& state) {
+    int differing = 0;
+    state.EachValue([&](auto now, auto& model) {
+        if (!(now == model)) ++differing;
+        model = std::move(now);
+    });
+    FUZZ_CHECK(differing <= 1);
+}
+
 // Does nothing after a step: the default of Run's hook.
 struct NoHook {
     template <class State>
@@ -271,20 +354,38 @@ template <template <class> class State, class After = NoHook>
 void Run(std::uint8_t const* data, std::size_t size, After after = {}) {
     Input in(data, size);
     long const blocks = mem_GetLiveBlocks(), texts = atr_GetLiveTexts();
+    long const brittles = Brittle::live;
     auto run = [&](auto element) {
-        State<decltype(element)> state;
+        using T = decltype(element);
+        State<T> state;
         for (CurrentStep() = 0; CurrentStep() < state.kSteps && !in.Done(); ++CurrentStep()) {
-            state.Step(in);
+            if constexpr (std::is_same<T, Brittle>::value) {
+                // One step in four has one of its first 16 element copies throw.
+                Brittle::throwIn = in.Below(4) == 0 ? 1 + in.Below(16) : 0;
+                try {
+                    state.Step(in);
+                } catch (Thrown const&) {
+                    Brittle::throwIn = 0;
+                    FUZZ_TRACE("step %d: an element copy threw\n", CurrentStep());
+                    AfterThrow(state);
+                }
+                Brittle::throwIn = 0;
+            } else {
+                state.Step(in);
+            }
             state.CheckAll();
             after(state);
         }
     };
-    switch (in.Byte() % 3) {
+    switch (in.Byte() % 4) {
         case 0: run(int()); break;
         case 1: run(cow_String()); break;
-        default: run(std::string()); break;
+        case 2: run(std::string()); break;
+        default: run(Brittle()); break;
     }
-    FUZZ_CHECK(mem_GetLiveBlocks() == blocks && atr_GetLiveTexts() == texts);
+    FUZZ_CHECK(mem_GetLiveBlocks() == blocks);
+    FUZZ_CHECK(atr_GetLiveTexts() == texts);
+    FUZZ_CHECK(Brittle::live == brittles);
 }
 
 }  // namespace fuzz

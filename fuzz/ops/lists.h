@@ -126,6 +126,27 @@ struct Lists {
         }
     }
 
+    template <class F>
+    void EachValue(F&& f) {
+        for (int s = 0; s < kSlots; ++s) {
+            f(ReadArray(arrays[s]), arrayModels[s]);
+            f(ReadBack<std::deque<int>>(lists[s]), listModels[s]);
+            f(ReadBack<std::vector<int>>(flats[s]), flatModels[s]);
+            f(ReadBack<Nested>(nested[s]), nestedModels[s]);
+        }
+    }
+    // An array's elements, and what its blocks hold past its end.
+    static ArrayModel ReadArray(cow_1DArray<T> const& array) {
+        ArrayModel model;
+        model.size = array.GetSize();
+        int const head = array.GetHeadPosition(), shift = array.GetShift();
+        for (int p = head, stop = std::min(array.GetCapacity() << shift, head + 2 * kMaxCount + 200); p < stop; ++p) {
+            T const* block = array.GetBlock(p >> shift) != nullptr ? array.GetBlock(p >> shift)->GetData() : nullptr;
+            model.Set(p - head, block != nullptr ? Number(block[p & ((1 << shift) - 1)]) : 0);
+        }
+        return model;
+    }
+
     void CheckAll() {
         for (int s = 0; s < kSlots; ++s) {
             CheckArray(arrays[s], arrayModels[s]);
@@ -211,6 +232,7 @@ struct Lists {
         List& list = values[a];
         Model& model = models[a];
         int const count = static_cast<int>(model.size()), value = in.Below(40) + 1, op = in.Below(16);
+        FUZZ_TRACE("  op %d on %d elements\n", op, count);
         bool const full = count >= kMaxCount || count + static_cast<int>(models[b].size()) > kMaxCount;
         T const element = Make<T>(value);
         if (op == 0 && !full) {

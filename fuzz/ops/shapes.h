@@ -25,6 +25,9 @@ constexpr int kSlots = 4;
 struct MatrixModel {
     int rows = 0, columns = 0;
     std::vector<int> cells;
+    bool operator==(MatrixModel const& other) const {
+        return rows == other.rows && columns == other.columns && cells == other.cells;
+    }
 };
 
 // Each representation is counted once per value that holds it.
@@ -61,6 +64,18 @@ struct Shapes {
     std::vector<std::vector<int>> listModels[kSlots];
     Matrix matrices[kSlots] = {Matrix(0, 0, T()), Matrix(0, 0, T()), Matrix(0, 0, T()), Matrix(0, 0, T())};
     MatrixModel matrixModels[kSlots];
+
+    template <class F>
+    void EachValue(F&& f) {
+        for (int s = 0; s < kSlots; ++s) {
+            f(ReadBack<std::vector<int>>(arrays[s]), arrayModels[s]);
+            f(ReadBack<std::vector<std::vector<int>>>(lists[s]), listModels[s]);
+            MatrixModel now{matrices[s].GetRows(), matrices[s].GetColumns(), {}};
+            for (int r = 0; r < now.rows; ++r)
+                for (int c = 0; c < now.columns; ++c) now.cells.push_back(Number(matrices[s].ConstGet(r, c)));
+            f(std::move(now), matrixModels[s]);
+        }
+    }
 
     void CheckAll() {
         for (int s = 0; s < kSlots; ++s) {

@@ -94,6 +94,22 @@ struct Tables {
     UintModel uintModels[kSlots];
     bool started = false;
 
+    template <class Model, class Iterator, class Walked>
+    static Model Read(Walked const& table) {
+        Model model;
+        Iterator it(table);
+        for (it.First(); !it.IsDone(); it.Next()) model.emplace(it.CurrentKey(), Number(it.CurrentValue()));
+        return model;
+    }
+    template <class F>
+    void EachValue(F&& f) {
+        if (!started) return;
+        for (int s = 0; s < kSlots; ++s) {
+            f(Read<TableModel, omi_IntTableIterator<S>>(*handles[static_cast<std::size_t>(s)].ConstGet()), models[s]);
+            f(Read<UintModel, UintIterator>(*uints[s]), uintModels[s]);
+        }
+    }
+
     void CheckAll() {
         for (int s = 0; s < kSlots; ++s) {
             Table const& table = *handles[static_cast<std::size_t>(s)].ConstGet();

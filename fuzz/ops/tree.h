@@ -10,6 +10,7 @@
 
 #include <iterator>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "ops/Support.h"
@@ -84,6 +85,10 @@ struct Trees {
     void CheckAll() {
         for (int s = 0; s < kSlots; ++s) Same(trees[s], models[s]);
     }
+    template <class F>
+    void EachValue(F&& f) {
+        for (int s = 0; s < kSlots; ++s) f(ReadBack<OuterModel>(trees[s]), models[s]);
+    }
 
     static Inner MakeInner(Input& in, InnerModel& model) {
         Inner tree;
@@ -152,13 +157,12 @@ struct Trees {
             case 4: Share(trees, models, a, b); break;
             case 5: {  // a heap copy, sometimes of an empty tree; writes to it stay in it
                 bool const empty = in.Below(8) == 0;
-                Outer* copy = empty ? Outer().Copy() : trees[b].Copy();
+                std::unique_ptr<Outer> copy(empty ? Outer().Copy() : trees[b].Copy());
                 model = empty ? OuterModel() : models[b];
                 Same(*copy, model);
                 tree = *copy;
                 InnerModel scratch;
                 copy->InsertUnlessMember(key, MakeInner(in, scratch));
-                delete copy;
                 break;
             }
             case 6:
