@@ -24,14 +24,16 @@
 // adds. The radix tables (omi_IntTable) are not covered.
 //
 // Cost: every piece of the range is visited twice, plus one hash lookup per
-// hold; a piece that many values share is entered once per pass (three times
-// at most when what is known of it grows). Memory: one hash entry per piece.
+// hold on a piece that more than one holder counts; such a piece is entered
+// once in the first pass and at most three times in the second (when what is
+// known of it grows). Memory: one hash entry per piece held more than once.
 // Nothing of the values changes.
 
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
-#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "zorvancow/arrays/cow_1DArray.h"
 #include "zorvancow/core/cow_COW.h"
@@ -59,11 +61,24 @@ public:
     // what the piece holds, through Hold again.
     template <class Inside>
     void Hold(void const* key, std::size_t bytes, std::int32_t count, Inside&& inside) {
-        auto const found = pieces.try_emplace(key, Piece{bytes, count, 0, value, false, 0});
-        Piece& piece = found.first->second;
+        if (count <= 1) {
+            // Held once: no other hold can reach it, so it needs no entry.
+            // Its marks are those its holder passes down, each counted once.
+            if (!marking) {
+                loneBytes += bytes;
+            } else {
+                if (fresh & kShared) loneShared += bytes;
+                if (fresh & kOutside) loneOutside += bytes;
+            }
+            inside();
+            return;
+        }
+        bool made = false;
+        Piece& piece = Find(key, made);
+        if (made) piece = Piece{bytes, count, 0, value, false, 0};
         if (!marking) {
             ++piece.holds;
-            if (!found.second) {
+            if (!made) {
                 if (piece.firstValue != value) piece.sharedInRange = true;
                 return;
             }
@@ -73,14 +88,16 @@ public:
         // The second pass: carry "shared" and "outside" down to everything
         // below a piece that has them, entering a piece again only when what
         // is known of it grows.
-        unsigned char known = static_cast<unsigned char>(
+        unsigned char const known = static_cast<unsigned char>(
             kSeen | context | (piece.sharedInRange ? kShared : 0) | (piece.count > piece.holds ? kOutside : 0));
         if ((piece.marks | known) == piece.marks) return;
+        unsigned char const gained = static_cast<unsigned char>(known & ~piece.marks);
         piece.marks = static_cast<unsigned char>(piece.marks | known);
-        unsigned char const outer = context;
+        unsigned char const outer = context, outerFresh = fresh;
         context = static_cast<unsigned char>(piece.marks & (kShared | kOutside));
+        fresh = static_cast<unsigned char>(gained & (kShared | kOutside));
         inside();
-        context = outer;
+        context = outer, fresh = outerFresh;
     }
 
     template <class It, class Walk>
@@ -90,13 +107,13 @@ public:
             marking = pass == 1;
             value = 0;
             for (It at = first; at != last; ++at, ++value) {
-                context = 0;
+                context = fresh = 0;
                 walk(*this, *at);
             }
         }
         cow_FootprintBytes total;
-        for (auto const& entry : pieces) {
-            Piece const& piece = entry.second;
+        total.bytes = loneBytes, total.sharedBytes = loneShared, total.outsideBytes = loneOutside;
+        for (Piece const& piece : pieces) {
             total.bytes += piece.bytes;
             if (piece.marks & kShared) total.sharedBytes += piece.bytes;
             if (piece.marks & kOutside) total.outsideBytes += piece.bytes;
@@ -114,9 +131,46 @@ private:
         bool sharedInRange;  // held from a second value
         unsigned char marks;
     };
-    std::unordered_map<void const*, Piece> pieces;
+    // The entry of `key`, made (and `made` set) when absent: open
+    // addressing over the addresses, at most half full.
+    Piece& Find(void const* key, bool& made) {
+        if (2 * (pieces.size() + 1) > keys.size()) Grow();
+        std::size_t slot = Slot(key);
+        while (keys[slot] != nullptr) {
+            if (keys[slot] == key) return pieces[places[slot]];
+            slot = (slot + 1) & (keys.size() - 1);
+        }
+        keys[slot] = key;
+        places[slot] = pieces.size();
+        pieces.emplace_back();
+        made = true;
+        return pieces.back();
+    }
+    std::size_t Slot(void const* key) const {
+        auto const bits = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(key));
+        return static_cast<std::size_t>((bits * 0x9E3779B97F4A7C15ull) >> 20) & (keys.size() - 1);
+    }
+    void Grow() {
+        std::vector<void const*> const old = std::move(keys);
+        std::vector<std::size_t> const oldPlaces = std::move(places);
+        keys.assign(old.empty() ? 1024 : old.size() * 2, nullptr);
+        places.assign(keys.size(), 0);
+        for (std::size_t i = 0; i < old.size(); ++i) {
+            if (old[i] == nullptr) continue;
+            std::size_t slot = Slot(old[i]);
+            while (keys[slot] != nullptr) slot = (slot + 1) & (keys.size() - 1);
+            keys[slot] = old[i];
+            places[slot] = oldPlaces[i];
+        }
+    }
+
+    std::vector<Piece> pieces;
+    std::vector<void const*> keys;
+    std::vector<std::size_t> places;
+    std::size_t loneBytes = 0, loneShared = 0, loneOutside = 0;
     long value = 0;
     bool marking = false;
+    unsigned char fresh = 0;  // the marks a piece held once gets for the first time
     unsigned char context = 0;
 };
 
