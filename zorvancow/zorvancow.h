@@ -18,6 +18,8 @@
 #include "zorvancow/tables/omi_IntTable.h"
 #include "zorvancow/map/cow_Map.h"
 #include "zorvancow/tree/cow_Btree.h"
+#include "zorvancow/history/cow_Diff.h"
+#include "zorvancow/history/cow_Footprint.h"
 #include "zorvancow/zorvancow_exports.h"
 
 #endif

@@ -13,6 +13,8 @@ namespace testing_support {
 // since the program started.
 std::size_t NewCalls();
 std::size_t DeleteCalls();
+// Bytes of the global operator new's blocks not yet freed, as asked for.
+std::size_t LiveBytes();
 
 // Fault injection: the k-th operator new call from now on (k >= 1) throws
 // std::bad_alloc, as the standard operator new does when memory runs out;

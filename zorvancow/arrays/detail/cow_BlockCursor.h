@@ -187,6 +187,50 @@ protected:
     int head = 0;                         // the array's head position
     mutable bool writable = false;        // a writing walk: the block is known to be private
 };
+
+// The side-by-side walk of two arrays, for a comparison: elements 0 to n - 1
+// of each (counted from each one's head), in runs that cross no block
+// boundary of either. `differ(i, k, x, y)` gets each run of k elements from
+// element i whose storage is not the same: x and y point at element i in
+// each array's block, null where the slot holds no block (default
+// elements). A run that reads one storage in both (the same block at the same
+// offset, or holes in both) is skipped unread: that is what copies share.
+// A pure read, like BlockData.
+//
+// Cost: arrays on one table with one head, nothing. Arrays of one block
+// length whose heads lie at one offset in a block (the usual case: one is a
+// changed copy of the other) walk their tables slot by slot, one pointer
+// compare per block, and read only blocks that differ. Otherwise every run
+// is handed over.
+template <class T, class Differ>
+void PairedBlockRuns(cow_1DArray<T> const& a, cow_1DArray<T> const& b, int n, Differ&& differ) {
+    int const headA = a.GetHeadPosition();
+    int const headB = b.GetHeadPosition();
+    if (n <= 0 || (a.GetTableCounter() == b.GetTableCounter() && headA == headB)) return;
+    BlockCursor x(headA, a.GetShift(), headA + n);
+    BlockCursor y(headB, b.GetShift(), headB + n);
+    bool const inStep = x.Shift() == y.Shift() && x.Offset() == y.Offset();
+    while (!x.Done()) {
+        if (inStep && x.Offset() == 0) {
+            // Whole blocks in step: skip those both tables hold.
+            int slotA = x.Slot();
+            int slotB = y.Slot();
+            int const lastA = (x.Stop() - 1) >> x.Shift();
+            while (slotA < lastA && a.GetBlock(slotA) == b.GetBlock(slotB)) ++slotA, ++slotB;
+            int const skipped = (slotA - x.Slot()) << x.Shift();
+            x.MoveTo(x.Position() + skipped);
+            y.MoveTo(y.Position() + skipped);
+        }
+        int const run = x.Run() < y.Run() ? x.Run() : y.Run();
+        T const* dataA = x.BlockData(a);
+        T const* dataB = y.BlockData(b);
+        if (dataA != nullptr) dataA += x.Offset();
+        if (dataB != nullptr) dataB += y.Offset();
+        if (dataA != dataB) differ(x.Position() - headA, run, dataA, dataB);
+        x.MoveTo(x.Position() + run);
+        y.MoveTo(y.Position() + run);
+    }
+}
 }  // namespace cow_detail
 
 #endif
