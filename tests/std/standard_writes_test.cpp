@@ -168,10 +168,17 @@ TYPED_TEST(StandardWrites, AWriteUnsharesOneBlockAndAReadNone) {
     EXPECT_EQ(std::find(copy.begin(), copy.end(), model[70]) - copy.begin(), 70);
     EXPECT_EQ(ArrayOf(copy).GetTableShareCount(), 2);
 
-    // Writes through an iterator and [] into one block: one block copy.
+    // Writes through an iterator (its proxy's operators too) and [] into one
+    // block: one block copy.
     auto it = copy.begin() + 40;
     *it = model[1];
-    *++it = model[3];
+    ++it;
+    if constexpr (std::is_same<T, int>::value) {
+        *it += 1;
+        ++*it;
+    } else {
+        *it = model[3];
+    }
     copy[47] = model[2];
     EXPECT_EQ(ArrayOf(copy).GetTableShareCount(), 1);
     EXPECT_EQ(SharedBlocks(ArrayOf(copy), ArrayOf(source)), blocks - 1);
