@@ -84,7 +84,7 @@ class Moves : public testing::Test {};
 using Containers = testing::Types<cow_1DArray<int>, cow_1DArrayList<int>, cow_List<int>, cow_FixedArray<int>,
                                   cow_2DArray<int>, cow_Btree<int, int>, cow_Map<int, int>, omi_UintTable<long>,
                                   omi_IntTable<long>, cow_String>;
-TYPED_TEST_SUITE(Moves, Containers);
+TYPED_TEST_SUITE(Moves, Containers, ::testing::internal::DefaultNameGenerator);
 
 TYPED_TEST(Moves, StealWithoutCountsAndLeaveAUsableEmptyValue) {
     using C = TypeParam;
@@ -287,7 +287,7 @@ TEST(StandardWrites, AThrowingAssignmentInASortLeavesEveryValueValid) {
 template <class C>
 class WriteSpellings : public testing::Test {};
 using Associative = testing::Types<cow_Btree<int, cow_String>, cow_Map<int, cow_String>>;
-TYPED_TEST_SUITE(WriteSpellings, Associative);
+TYPED_TEST_SUITE(WriteSpellings, Associative, ::testing::internal::DefaultNameGenerator);
 
 TYPED_TEST(WriteSpellings, InsertOrAssignEraseAndWriteThroughAPosition) {
     NoLeaks noLeaks;
