@@ -133,7 +133,7 @@ int main(int argc, char** argv) {
 
     // The history: every version of the buffer, one count each.
     Clock::time_point start = Clock::now();
-    Lines lines;  // BLOCK LENGTH: switch to cow_BlockLength::Balanced() once available
+    Lines lines(cow_BlockLength::Balanced());
     lines.Append(cow_String());
     Editor<CowBuffer> editor{std::move(lines)};
     std::vector<Lines> versions;
