@@ -5,6 +5,7 @@
 // what stayed shared and what was copied, with the counts.
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <iostream>
 #include <numeric>
@@ -167,9 +168,16 @@ void TourShapes() {
                 board.GetRep() == draft.GetRep() ? "yes" : "no", board.GetShareCount(),
                 draft.GetShareCount(), board.ConstGet(1, 1), draft.ConstGet(1, 1));
 
+    // Error texts. Socket errors travel as Windows Sockets codes (10004 to
+    // 11004) in code that also runs on Windows, so the library carries that
+    // table itself and a socket code reads the same on every system. A Linux
+    // program mostly holds an errno, which reads as the C library words it.
     cow_SystemErrorCode refused(10061);
+    cow_SystemErrorCode refusedHere = cow_SystemErrorCode::FromErrorNumber(ECONNREFUSED);
     cow_SystemErrorCode missing = cow_SystemErrorCode::FromErrorNumber(2);
-    std::printf("socket code 10061: %s\n", refused.GetText().GetCString());
+    std::printf("Windows Sockets code 10061, from the library's own table on any system: %s\n",
+                refused.GetText().GetCString());
+    std::printf("errno ECONNREFUSED, the same failure on Linux: %s\n", refusedHere.GetText().GetCString());
     std::printf("C error number 2: %s\n", missing.GetText().GetCString());
 }
 
