@@ -16,11 +16,12 @@ constexpr int kChanges = 10;
 auto const kUs = benchmark::kMicrosecond;
 auto const kMs = benchmark::kMillisecond;
 
-// A list of 1M ints appended one by one (blocks of 16), and a copy with 10
-// elements written.
+// A list of 1M ints appended one by one (blocks of 16, or balanced ones
+// near the square root of the size), and a copy with 10 elements written.
+template <bool Balanced>
 std::pair<cow_List<int>, cow_List<int>> const& ListVersions() {
     return Once([] {
-        cow_List<int> list;
+        cow_List<int> list = Balanced ? cow_List<int>(cow_BlockLength::Balanced()) : cow_List<int>();
         for (int i = 0; i < kElements; ++i) list.Append(i);
         cow_List<int> changed = list;
         std::mt19937 random(11);
@@ -46,19 +47,22 @@ std::pair<Keyed, Keyed> const& KeyedVersions() {
     });
 }
 
+template <bool Balanced>
 void BM_Diff_CowList(benchmark::State& state) {
-    auto const& [a, b] = ListVersions();
+    auto const& [a, b] = ListVersions<Balanced>();
     for (auto _ : state) {
         int found = 0;
         cow_Diff(a, b, [&found](int) { ++found; });
         benchmark::DoNotOptimize(found);
     }
 }
-BENCHMARK(BM_Diff_CowList)->Unit(kUs);
+BENCHMARK(BM_Diff_CowList<false>)->Unit(kUs);
+BENCHMARK(BM_Diff_CowList<true>)->Unit(kUs);
 
 // The same answer from the lists' iterators, element by element.
+template <bool Balanced>
 void BM_CompareElementwise_CowList(benchmark::State& state) {
-    auto const& [a, b] = ListVersions();
+    auto const& [a, b] = ListVersions<Balanced>();
     for (auto _ : state) {
         int found = 0;
         auto x = a.begin();
@@ -67,7 +71,8 @@ void BM_CompareElementwise_CowList(benchmark::State& state) {
         benchmark::DoNotOptimize(found);
     }
 }
-BENCHMARK(BM_CompareElementwise_CowList)->Unit(kUs);
+BENCHMARK(BM_CompareElementwise_CowList<false>)->Unit(kUs);
+BENCHMARK(BM_CompareElementwise_CowList<true>)->Unit(kUs);
 
 template <class Keyed>
 void BM_Diff(benchmark::State& state) {
