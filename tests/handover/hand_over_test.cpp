@@ -185,8 +185,13 @@ TEST_F(HandOver, HandedValuesWorkOnOtherThreadsWhileTheSenderWrites) {
         table.Get().Insert((i - 25) * 4099, text);
     }
     for (int i = 0; i < 20; ++i) map.Insert(cow_String(("m" + std::to_string(i)).c_str()), words);
-    // A handed table shares no block and no text with the sender's.
+    // A handed table shares no block and no text with the sender's, not even
+    // the text of a value that a removal left in place.
+    cow_String const stale("stale");
+    table.Get().Insert(1, stale);
+    table.Get().Remove(1);
     Table const handed = cow_HandOver(table);
+    EXPECT_EQ(stale.GetShareCount(), 2) << "held by the sender's table alone besides this one";
     for (int key : {-4099, 0, 4099 * 24}) {
         EXPECT_NE(handed.ConstGet()->FindBlock(key), table.ConstGet()->FindBlock(key));
         ExpectOwnText(*handed.ConstGet()->ConstGet(key), *table.ConstGet()->ConstGet(key));

@@ -40,7 +40,8 @@
 //   which rebuilds every node at its old place);
 // - fixed arrays and matrices: their extents and elements;
 // - radix tables (omi_UintTable, omi_IntTable, and through cow_COW a shared
-//   one): their arguments, blocks and values.
+//   one): their arguments and held values (not the stale values that
+//   removals leave in place).
 // A tree's default value is a new default value of the value type.
 //
 // Plain numbers, bool and plain records (trivially copyable types) are
@@ -196,13 +197,15 @@ struct cow_HandOverTraits<cow_COW<T, Cp>> {
     }
 };
 
-// Tables: the deep copy duplicates every block, then each value is replaced
-// by its own hand-over, so that the texts of cow_String values are new too.
-// The arguments, the blocks in use and the pointer arrays stay as they were.
+// Tables: a new table of the same arguments, given the hand-over of each
+// held value in key order. A copy of the table would not do: it copies the
+// stale values that removals leave in place too, and their texts would stay
+// shared with the sender's table.
 template <class T>
 struct cow_HandOverTraits<omi_UintTable<T>> {
     static omi_UintTable<T> Copy(omi_UintTable<T> const& source) {
-        omi_UintTable<T> copy(source);
+        unsigned int const keyShift = source.GetKeyShift(), elementShift = source.GetElementShift();
+        omi_UintTable<T> copy(32 - keyShift, keyShift - elementShift, source.GetBlockPointers());
         omi_UintTableIterator<T> it(source);
         for (it.First(); !it.IsDone(); it.Next()) copy.Insert(it.CurrentKey(), cow_HandOver(it.CurrentValue()));
         return copy;
@@ -211,10 +214,12 @@ struct cow_HandOverTraits<omi_UintTable<T>> {
 template <class T>
 struct cow_HandOverTraits<omi_IntTable<T>> {
     static omi_IntTable<T> Copy(omi_IntTable<T> const& source) {
-        std::unique_ptr<omi_IntTable<T>> copy(source.Copy());
+        omi_UintTable<T> const& half = source.GetNonNegative();
+        unsigned int const keyShift = half.GetKeyShift(), elementShift = half.GetElementShift();
+        omi_IntTable<T> copy(32 - keyShift, keyShift - elementShift, half.GetBlockPointers());
         omi_IntTableIterator<T> it(source);
-        for (it.First(); !it.IsDone(); it.Next()) copy->Insert(it.CurrentKey(), cow_HandOver(it.CurrentValue()));
-        return std::move(*copy);
+        for (it.First(); !it.IsDone(); it.Next()) copy.Insert(it.CurrentKey(), cow_HandOver(it.CurrentValue()));
+        return copy;
     }
 };
 
