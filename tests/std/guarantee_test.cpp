@@ -11,43 +11,14 @@
 #include <algorithm>
 #include <functional>
 #include <set>
-#include <stdexcept>
 #include <vector>
 
+#include "ops/Support.h"
 #include "support/NoLeaks.h"
 #include "zorvancow/zorvancow.h"
 
 namespace {
-
-struct Refused : std::runtime_error {
-    Refused() : std::runtime_error("copy refused") {}
-};
-
-// An element whose copy construction and copy assignment count towards one
-// armed number and throw on it, before changing anything. It has no moves,
-// so every move the library makes is a copy that may throw too.
-struct Brittle {
-    static inline long live = 0, copies = 0, throwAt = 0;
-    int value = 0;
-    Brittle() { ++live; }
-    explicit Brittle(int v) : value(v) { ++live; }
-    Brittle(Brittle const& other) : value(other.value) {
-        Tick();
-        ++live;
-    }
-    Brittle& operator=(Brittle const& other) {
-        Tick();
-        value = other.value;
-        return *this;
-    }
-    ~Brittle() { --live; }
-    static void Tick() {
-        if (throwAt != 0 && ++copies == throwAt) throw Refused();
-    }
-    friend bool operator==(Brittle const& a, Brittle const& b) { return a.value == b.value; }
-    friend bool operator<(Brittle const& a, Brittle const& b) { return a.value < b.value; }
-};
-
+using fuzz::Brittle;
 using Table = cow_COW<omi_IntTable<Brittle>>;
 }  // namespace
 
@@ -59,53 +30,41 @@ struct cow_HandOverTraits<Brittle> {
 
 namespace {
 
-// The contents of a value as numbers, after checking that the value is whole.
-template <class Seq>
-std::vector<int> Elements(Seq const& seq, int count) {
+// What a value holds, as numbers (keyed values: their keys, sorted), after
+// checking that it is whole: a walk sees as many entries as its count says,
+// each key once and found by a lookup, a tree's in order.
+template <class C>
+std::vector<int> Contents(C const& c) {
     std::vector<int> out;
-    for (Brittle const& b : seq) out.push_back(b.value);
+    int count = 0;
+    if constexpr (std::is_same<C, Table>::value) {
+        omi_IntTableIterator<Brittle> walk(*c.ConstGet());
+        for (walk.First(); !walk.IsDone(); walk.Next()) out.push_back(walk.CurrentKey());
+        count = c.ConstGet()->GetCount();
+    } else if constexpr (fuzz::IsKeyed<C>::value) {
+        for (auto const& [key, value] : c) out.push_back(key);
+        count = c.GetCount();
+        if (std::is_same<C, cow_Btree<int, Brittle>>::value) {
+            EXPECT_TRUE(std::is_sorted(out.begin(), out.end())) << "tree keys out of order";
+        }
+    } else {
+        for (Brittle const& b : c) out.push_back(b.n);
+        if constexpr (std::is_same<C, cow_2DArray<Brittle>>::value) count = c.GetRows() * c.GetColumns();
+        else count = fuzz::CountOf(c, 0);
+    }
     EXPECT_EQ(static_cast<int>(out.size()), count);
+    if constexpr (std::is_same<C, Table>::value || fuzz::IsKeyed<C>::value) {
+        for (int key : out) {
+            if constexpr (std::is_same<C, Table>::value) {
+                EXPECT_TRUE(c.ConstGet()->IsMember(key)) << key;
+            } else {
+                EXPECT_TRUE(c.IsMember(key)) << key;
+            }
+        }
+        std::sort(out.begin(), out.end());
+        EXPECT_TRUE(std::adjacent_find(out.begin(), out.end()) == out.end()) << "a key held twice";
+    }
     return out;
-}
-std::vector<int> Contents(cow_1DArray<Brittle> const& a) { return Elements(a, a.GetSize()); }
-std::vector<int> Contents(cow_List<Brittle> const& l) { return Elements(l, l.GetCount()); }
-std::vector<int> Contents(cow_1DArrayList<Brittle> const& l) { return Elements(l, l.GetCount()); }
-std::vector<int> Contents(cow_FixedArray<Brittle> const& f) { return Elements(f, f.GetSize()); }
-std::vector<int> Contents(cow_2DArray<Brittle> const& m) {
-    return Elements(m, m.GetRows() * m.GetColumns());
-}
-// Keyed values give their keys, sorted: unique, and each found by a lookup.
-std::vector<int> Contents(cow_Btree<int, Brittle> const& t) {
-    std::vector<int> keys;
-    for (auto const& [key, value] : t) {
-        EXPECT_TRUE(keys.empty() || keys.back() < key) << "keys out of order at " << key;
-        EXPECT_TRUE(t.IsMember(key)) << key;
-        keys.push_back(key);
-    }
-    EXPECT_EQ(static_cast<int>(keys.size()), t.GetCount());
-    return keys;
-}
-std::vector<int> Contents(cow_Map<int, Brittle> const& m) {
-    std::vector<int> keys;
-    for (auto const& [key, value] : m) {
-        EXPECT_TRUE(m.IsMember(key)) << key;
-        keys.push_back(key);
-    }
-    EXPECT_EQ(static_cast<int>(keys.size()), m.GetCount());
-    std::sort(keys.begin(), keys.end());
-    EXPECT_TRUE(std::adjacent_find(keys.begin(), keys.end()) == keys.end()) << "a key held twice";
-    return keys;
-}
-std::vector<int> Contents(Table const& t) {
-    std::vector<int> keys;
-    omi_IntTableIterator<Brittle> walk(*t.ConstGet());
-    for (walk.First(); !walk.IsDone(); walk.Next()) {
-        EXPECT_TRUE(t.ConstGet()->IsMember(walk.CurrentKey()));
-        keys.push_back(walk.CurrentKey());
-    }
-    EXPECT_EQ(static_cast<int>(keys.size()), t.ConstGet()->GetCount());
-    std::sort(keys.begin(), keys.end());
-    return keys;
 }
 
 // A copy of the value takes a write and is destroyed.
@@ -137,7 +96,7 @@ struct Row {
 template <class C>
 void ExpectGuarantee(std::function<C()> make, std::vector<Row<C>> const& rows) {
     for (Row<C> const& row : rows) {
-        for (long n = 1;; ++n) {
+        for (int n = 1;; ++n) {
             ASSERT_LT(n, 5000) << row.name;
             SCOPED_TRACE(testing::Message() << row.name << ", copy " << n);
             testing_support::NoLeaks noLeaks;
@@ -147,14 +106,13 @@ void ExpectGuarantee(std::function<C()> make, std::vector<Row<C>> const& rows) {
                 C value = make();
                 C const sharer = value;
                 std::vector<int> const before = Contents(sharer);
-                Brittle::copies = 0;
-                Brittle::throwAt = n;
+                Brittle::throwIn = n;
                 try {
                     row.operation(value);
-                } catch (Refused const&) {
+                } catch (fuzz::Thrown const&) {
                     threw = true;
                 }
-                Brittle::throwAt = 0;
+                Brittle::throwIn = 0;
                 std::vector<int> const after = Contents(value);
                 EXPECT_EQ(Contents(sharer), before) << row.name << ", copy " << n;
                 if (threw) {
