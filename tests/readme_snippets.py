@@ -1,8 +1,6 @@
 #!/usr/bin/env python3
-"""Writes every C++ block of README.md but the first program into one file,
-each block as the body of a function of its own, after the declarations of
-the names the blocks use without declaring them, so that the test preset
-compiles what the README shows."""
+"""Writes every C++ block of README.md but the first program into one file
+to compile, each block the body of a function, after the names they take as given."""
 import re
 import sys
 

@@ -15,7 +15,6 @@
 # CMAKE_CXX_COMPILER_LAUNCHER in the environment (ccache) is passed on.
 set -euo pipefail
 root="$(cd "$(dirname "$0")/../.." && pwd)"
-here="$root/tests/consumer"
 readme="$root/README.md"
 unset LD_LIBRARY_PATH
 
@@ -28,10 +27,8 @@ fail() { echo "FAIL: $*" >&2; failed=1; }
 # The shell block that follows <!-- NAME --> in the README, with the
 # README's prefix replaced by ours.
 readme_block() {
-  awk -v mark="<!-- $1 -->" '
-    $0 == mark { found = 1; next }
-    found && /^```/ { if (inside) exit; inside = 1; next }
-    inside { print }' "$readme" | sed "s|/opt/zorvancow|$prefix|g"
+  awk -v mark="<!-- $1 -->" '$0 == mark { found = 1; next }
+    found && /^```/ { if (inside) exit; inside = 1; next } inside' "$readme" | sed "s|/opt/zorvancow|$prefix|g"
 }
 # The same block without the lines that run the program (./app): this
 # script runs it itself.
@@ -41,11 +38,8 @@ for block in install-commands cmake-consumer cmake-commands pkg-config-line comp
 done
 
 echo "== install"
-if [ $# -ge 1 ]; then
-  cmake --install "$1" --prefix "$prefix" >/dev/null
-else
-  (cd "$root" && bash -euo pipefail -c "$(readme_block install-commands)") >/dev/null
-fi
+if [ $# -ge 1 ]; then cmake --install "$1" --prefix "$prefix" >/dev/null
+else (cd "$root" && bash -euo pipefail -c "$(readme_block install-commands)") >/dev/null; fi
 
 echo "== installed tree"
 for lib in zorvancow zorvanmem zorvanstr zorvanbase zorvantyp; do
@@ -61,29 +55,22 @@ for file in lib/pkgconfig/zorvancow.pc lib/cmake/Zorvancow/ZorvancowConfig.cmake
     lib/cmake/Zorvancow/ZorvancowConfigVersion.cmake include/zorvancow/zorvancow_version.h; do
   [ -f "$prefix/$file" ] || fail "$file missing"
 done
-empty="$(find "$prefix" -type d -empty)"
-[ -z "$empty" ] || fail "empty folders installed: $empty"
+[ -z "$(find "$prefix" -type d -empty)" ] || fail "empty folders installed: $(find "$prefix" -type d -empty)"
 # The libraries find each other through $ORIGIN alone.
 ! ldd "$prefix/lib/libzorvancow.so" | grep -q "not found" || fail "libzorvancow.so does not find its siblings"
 
 strict=(-Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Werror)
 
 echo "== each public header alone"
-headers=$(cd "$prefix/include" && find . -name '*.h' -not -path '*/detail/*' | sed 's|^\./||' | sort)
-mkdir -p "$work/headers"
 for cxx in g++ clang++; do
-  for header in $headers; do
-    tu="$work/headers/$(echo "$header" | tr / _).cpp"
-    printf '#include <%s>\n' "$header" >"$tu"
-    $cxx -std=c++17 -fsyntax-only "${strict[@]}" -I"$prefix/include" "$tu" || fail "$cxx: $header"
+  for header in $(cd "$prefix/include" && find . -name '*.h' -not -path '*/detail/*' | sed 's|^\./||' | sort); do
+    echo "#include <$header>" | $cxx -x c++ -std=c++17 -fsyntax-only "${strict[@]}" -I"$prefix/include" - \
+      || fail "$cxx: $header"
   done
 done
 
-# run <label> <program>: runs the program without LD_LIBRARY_PATH.
-run() {
-  local out
-  out="$(env -u LD_LIBRARY_PATH "$2" 2>&1)" && echo "ok    $1: $out" || fail "$1: $out"
-}
+# run <label> <program> (LD_LIBRARY_PATH is unset above).
+run() { local out; out="$("$2" 2>&1)" && echo "ok    $1: $out" || fail "$1: $out"; }
 
 echo "== consumers"
 export PKG_CONFIG_PATH="$prefix/lib/pkgconfig"
@@ -91,7 +78,7 @@ for cxx in g++ clang++; do
   for opt in -O0 -O2; do
     dir="$work/app-$cxx$opt"
     mkdir -p "$dir"
-    cp "$here/app/app.cpp" "$dir/app.cpp"
+    cp "$root/tests/consumer/app/app.cpp" "$dir/app.cpp"
     readme_block cmake-consumer >"$dir/CMakeLists.txt"
     # The README's commands, with this compiler and these flags.
     (cd "$dir" && CXX=$cxx CXXFLAGS="$opt ${strict[*]}" \

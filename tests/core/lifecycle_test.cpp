@@ -57,8 +57,7 @@ TEST(Lifecycle, NestingOrderRowsAndRestart) {
                            "cow_1DArrayListInt", "cow_1DArrayListString",
                            "cow_1DArrayListDouble", "atr_String"};
     for (int row = 1; row < 8; ++row) {
-        EXPECT_EQ(rows[row].kind, 7u);
-        EXPECT_EQ(rows[row].version, 1u);
+        EXPECT_TRUE(rows[row].kind == 7u && rows[row].version == 1u) << row;
         EXPECT_STREQ(rows[row].name, names[row - 1]);
     }
 

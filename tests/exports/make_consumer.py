@@ -1,20 +1,11 @@
 #!/usr/bin/env python3
-"""Writes a client that uses every member libzorvancow.exports lists.
-
-Each line of the manifest declares one exported member. The client made here
-holds one reference to each, spelled from that line:
-
-- a member function by its address, picked by its return and parameter types
-  and constness (so a line whose return type is wrong does not compile),
-  taken inside an explicit instantiation (where access is not checked, so
-  private steps are reached too) and kept alive at run time;
-- a constructor by a placement new with arguments of the listed types, and a
-  destructor by an explicit call, both in a branch that never runs;
-- a free function by its address, converted to the type the line spells.
-
-Built at -O0 and at -O2 and linked with --no-undefined, the client links only
-if the library exports every member the manifest lists and the headers leave
-to it. The manifest is the one list: a row added there is used here too.
+"""Writes a client that refers to every member libzorvancow.exports lists:
+a member function by its address, picked by the line's return and parameter
+types and constness, inside an explicit instantiation (which skips access
+checks); a constructor by placement new and a destructor by an explicit call,
+in a branch that never runs; a free function by its address as the line
+types it. Built at -O0 and -O2 with --no-undefined, the client links only if
+the library exports every listed member the headers leave to it.
 """
 
 import argparse
@@ -30,8 +21,7 @@ def base_name(scope):
     return re.sub(r"<.*", "", scope.split("::")[-1])
 
 
-PROLOGUE = """// Written by tests/exports/make_consumer.py from libzorvancow.exports: one
-// reference to each member the library exports. Do not edit.
+PROLOGUE = """// Written by tests/exports/make_consumer.py from libzorvancow.exports. Do not edit.
 
 #include <new>
 #include <type_traits>
@@ -40,10 +30,7 @@ PROLOGUE = """// Written by tests/exports/make_consumer.py from libzorvancow.exp
 
 namespace {
 
-bool Never() {
-    static bool volatile never = false;
-    return never;
-}
+bool Never() { static bool volatile never = false; return never; }
 
 // A value of type T for a call that never runs.
 template <class T>
@@ -53,35 +40,24 @@ T&& Fake() {
 }
 
 template <class P>
-void Keep(P p) {
-    asm volatile("" : : "r"(&p) : "memory");
-}
+void Keep(P p) { asm volatile("" : : "r"(&p) : "memory"); }
 
-// The member of C returning R and taking A..., picked from its overloads by
-// those types and constness, static or not.
+// The member of C returning R and taking A..., static or not.
 template <class C, class... A>
 struct Member {
-    template <class R>
-    static constexpr auto Of(R (C::*p)(A...)) { return p; }
-    template <class R>
-    static constexpr auto Of(R (*p)(A...)) { return p; }
-    template <class R>
-    static constexpr auto OfConst(R (C::*p)(A...) const) { return p; }
+    template <class R> static constexpr auto Of(R (C::*p)(A...)) { return p; }
+    template <class R> static constexpr auto Of(R (*p)(A...)) { return p; }
+    template <class R> static constexpr auto OfConst(R (C::*p)(A...) const) { return p; }
 };
 
-// Keeps the member P at start-up; an explicit instantiation names it
-// whatever its access.
+// Keeps the member P at start-up, whatever its access.
 template <auto P>
-struct Reach {
-    static bool const kept;
-};
+struct Reach { static bool const kept; };
 template <auto P>
 bool const Reach<P>::kept = (Keep(P), true);
 
-// Constructors and destructors run on storage of their class, never. Each
-// is used both as a whole object's (placement new, a qualified destructor
-// call) and as a base's (through a derived class, which may also call a
-// protected one), since the library exports both variants.
+// Constructors and destructors, never run, both as a whole object's and as
+// a base's (a derived class may call a protected one): both are exported.
 template <class C>
 struct Storage {
     alignas(C) unsigned char bytes[sizeof(C)];

@@ -42,9 +42,7 @@ int main() {
         cow_FixedArray<double> fixedCopy = fixed;
 
         cow_2DArray<int> matrix(2, 3, 0);
-        for (int r = 0; r < 2; ++r) {
-            for (int c = 0; c < 3; ++c) matrix.Get(r, c) = 3 * r + c + 1;
-        }
+        for (int i = 0; i < 6; ++i) matrix.Get(i / 3, i % 3) = i + 1;
 
         cow_Btree<cow_String, int> tree{{cow_String("pear"), 3}, {cow_String("apple"), 1}, {cow_String("fig"), 2}};
         cow_Btree<cow_String, int> emptyTree;

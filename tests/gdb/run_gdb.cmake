@@ -50,17 +50,11 @@ if(PREFIX AND NOT output MATCHES "Yes +${PREFIX}/lib[^\n]*/libzorvancow[^\n]*-gd
   message(FATAL_ERROR "gdb did not auto-load the installed script under ${PREFIX}:\n${output}")
 endif()
 
-# The printed values, without their "$N = " history numbers. Semicolons are
-# parked while the output is a CMake list of lines.
-string(REPLACE ";" "<semicolon>" parked "${output}")
-string(REPLACE "\n" ";" lines "${parked}")
-set(printed "")
-foreach(line IN LISTS lines)
-  if(line MATCHES "^\\$[0-9]+ = (.*)$")
-    string(APPEND printed "${CMAKE_MATCH_1}\n")
-  endif()
-endforeach()
-string(REPLACE "<semicolon>" ";" printed "${printed}")
+# The printed values ("$N = ..." lines) without their history numbers:
+# every other line is emptied, then the empty lines and the numbers go.
+string(REGEX REPLACE "\n([^$\n][^\n]*)?" "\n" printed "\n${output}")
+string(REGEX REPLACE "\n+(\\$[0-9]+ = )?" "\n" printed "${printed}")
+string(SUBSTRING "${printed}" 1 -1 printed)
 
 file(READ "${EXPECTED}" expected)
 if(NOT printed STREQUAL expected)

@@ -75,17 +75,11 @@ TEST(BtreeShape, InsertionsAndRemovalsLeaveExactShapesAndDepths) {
     EXPECT_EQ(run.GetRoot()->ConstGet()->GetMaxDepth(), 12);
 }
 
-TEST(BtreeShape, EmptyTreeAllocatesNothingAndEmptiedTreeWorksAsNew) {
+TEST(BtreeShape, AnEmptyTreeAllocatesNothing) {
     IntTree tree;
-    {
-        testing_support::AllocationScope scope;
-        EXPECT_TRUE(!tree.Remove(1) && tree.Get(1) == nullptr && tree.ConstGet(1) == 0);
-        EXPECT_EQ(scope.News(), 0u);
-    }
-    tree.InsertUnlessMember(7, 70);
-    tree.Remove(7);
-    EXPECT_TRUE(tree.GetRoot() == nullptr && tree.InsertUnlessMember(8, 80));
-    EXPECT_EQ(Shape(tree.GetRoot()) + "/" + std::to_string(tree.GetCount()), "8/1");
+    testing_support::AllocationScope scope;
+    EXPECT_TRUE(!tree.Remove(1) && tree.Get(1) == nullptr && tree.ConstGet(1) == 0);
+    EXPECT_EQ(scope.News(), 0u);
 }
 
 template <class K>
@@ -102,8 +96,7 @@ auto Keys(cow_Btree<K, V> const& tree) {
 
 TEST(BtreeOrder, NaturalOrderForCowStringKeysBytesForAtrStringKeys) {
     char const* const texts[] = {"file10", "file9", "file1", "file100", "File2", "\xe4x"};
-    std::vector<std::string> const bytes = {"File2", "file1", "file10", "file100", "file9", "\xe4x"};
-    cow_Btree<cow_String, int> cowKeys, plain;
+    cow_Btree<cow_String, int> cowKeys;
     cow_Btree<atr_String, int> atrKeys;
     atr_setNaturalOrder(1);
     for (char const* text : texts)
@@ -112,10 +105,8 @@ TEST(BtreeOrder, NaturalOrderForCowStringKeysBytesForAtrStringKeys) {
     bool const found = cowKeys.IsMember(cow_String("file9")) && cowKeys.Remove(cow_String("file10"));
     atr_setNaturalOrder(0);
     EXPECT_EQ(walkedCow, (std::vector<std::string>{"File2", "file1", "file9", "file10", "file100", "\xe4x"}));
-    EXPECT_EQ(walkedAtr, bytes);
+    EXPECT_EQ(walkedAtr, (std::vector<std::string>{"File2", "file1", "file10", "file100", "file9", "\xe4x"}));
     EXPECT_TRUE(found);
-    for (char const* text : texts) plain.InsertUnlessMember(cow_String(text), 0);
-    EXPECT_EQ(Keys(plain), bytes) << "with the switch off, cow_String keys go by bytes too";
 }
 
 }  // namespace
