@@ -102,6 +102,9 @@ TEST(ElementRules, KeysOfEveryIntegralTypeAndStdString) {
     EXPECT_EQ(sorted, (std::vector<long>{-1L, 0L, 1L << 40}));
     cow_Btree<unsigned long, int> tree{{~0UL, 1}, {1UL, 2}};
     EXPECT_EQ(tree.begin()->first, 1UL);
+    // A type with only < and == keys a tree too, as it would a std::map.
+    cow_Btree<Keyed<int>, int> byKey{{{3, 0}, 3}, {{1, 0}, 1}};
+    EXPECT_EQ(byKey.begin()->first.key, 1);
 }
 
 }  // namespace
