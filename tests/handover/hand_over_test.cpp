@@ -118,6 +118,7 @@ TEST_F(HandOver, TreesAndMapsKeepTheirExactShape) {
     for (auto const& [key, value] : map) {
         EXPECT_EQ(handedMap.GetDepth(key), map.GetDepth(key)) << key;
         EXPECT_EQ(handedMap.ConstGet(key), value);
+        EXPECT_EQ(handedMap.ConstGet(key).GetArray().GetTableShareCount(), 1) << "not shared among the copy's values either";
     }
 }
 
