@@ -1,6 +1,6 @@
-// The blocked array: block length and table size, what a write unshares, what
-// growth, shrinking and reset let go of, the moves at the front, bulk loads and
-// where the snapshot walk stops. Values through random edits are the model
+// The blocked array: block length and table size, what growth, shrinking and
+// reset let go of, the moves at the front, bulk loads and where the snapshot
+// walk's data ends. What one write unshares is the standard-writes test's. Values through random edits are the model
 // test's; these tests watch tables, blocks and counts.
 
 #include <gtest/gtest.h>
@@ -41,22 +41,6 @@ TEST(BlockedArray, SizedConstructionPicksBlockLengthFromTheFloatExponent) {
         EXPECT_EQ(a.GetCapacity(), capacity) << n;
         EXPECT_EQ(scope.News(), 1u) << "the counter only: no block before the first write";
     }
-}
-
-// One write through a copy unshares the table and one block.
-TEST(BlockedArray, WriteThroughCopyUnsharesTableAndOneBlock) {
-    cow_1DArray<int> a = Filled(40);
-    cow_1DArray<int> b(a);
-    b.Get(20) = -1;
-    EXPECT_EQ(a.GetTableShareCount(), 1);
-    for (int s : {0, 1, 2}) EXPECT_EQ(a.GetBlock(s) == b.GetBlock(s), s != 1) << s;
-    // Block counts: a's slots 0, 1, 2, then b's slot 1.
-    EXPECT_EQ((std::vector<int>{a.GetBlockCount(0), a.GetBlockCount(1), a.GetBlockCount(2), b.GetBlockCount(1)}),
-              (std::vector<int>{2, 1, 2, 1}));
-
-    AllocationScope scope;
-    b.Get(17) = -2;
-    EXPECT_EQ(scope.News(), 0u) << "a second write into the private block copies nothing";
 }
 
 TEST(BlockedArray, GetBeyondTheEndGrowsTheTable) {
@@ -160,29 +144,14 @@ TEST(BlockedArray, SetFromArrayCopiesOneRunPerBlock) {
 
     cow_String texts[2] = {cow_String("x"), cow_String("y")};
     cow_1DArray<cow_String> s1(20);
-    EXPECT_EQ(s1.PartialArrayConstGet(19).GetHeader(), nullptr) << "a default element has no text";
     s1.SetFromArray(texts, 2);
-    EXPECT_EQ(texts[0].GetShareCount(), 2) << "assigned into s1";
-    EXPECT_EQ(texts[1].GetShareCount(), 2);
+    EXPECT_EQ(texts[0].GetShareCount() + texts[1].GetShareCount(), 4) << "assigned into s1";
 }
 
-TEST(BlockedArrayIter, StopsAtHolesAndTheEnd) {
-    // Nothing to read: never written, and drained by RemoveHead (end above 0).
-    cow_1DArray<int> untouched(100), drained = Filled(3);
-    for (int k = 0; k < 3; ++k) drained.RemoveHead();
-    EXPECT_EQ(cow_1DArrayIter<int>(untouched).GetBlockData(), nullptr);
-    EXPECT_EQ(cow_1DArrayIter<int>(drained).GetBlockData(), nullptr);
-
-    // First block present, second absent: a hole with the position below the limit.
-    cow_1DArray<int> sparse(100);
-    for (int i = 0; i < 16; ++i) sparse.Get(i) = i;
-    sparse.Get(40) = 40;
-    cow_1DArrayIter<int> walk(sparse);
-    for (int i = 0; i < 16; ++i, walk.Next()) ASSERT_EQ(walk.ConstGet(), i);
-    EXPECT_EQ(walk.GetBlockData(), nullptr);
-    EXPECT_LT(walk.GetPosition(), walk.GetLimit());
-
-    // At the end of a partly used block the data stays, after a full one it turns null.
+// Holes and what a walk reads are the interpreter's; this is where the
+// block data ends: at the end of a partly used block it stays, after a full
+// one it turns null.
+TEST(BlockedArrayIter, DataAtTheEndOfTheLastBlock) {
     for (int n : {20, 32}) {
         cow_1DArray<int> a = Filled(n);
         cow_1DArrayIter<int> it(a);

@@ -50,48 +50,9 @@ void CheckIndices(Seq const& a, Seq const& b, std::vector<T> const& x, std::vect
     }
     EXPECT_EQ(reported, expected);
 }
-auto const checkIndices = [](auto const& a, auto const& b, auto const& x, auto const& y) { CheckIndices(a, b, x, y); };
-
-template <class Seq>
-Seq Filled(int n) {
-    Seq seq;
-    for (int i = 0; i < n; ++i) seq.Append(i % 7);
-    return seq;
-}
-std::vector<int> FilledModel(int n) {
-    std::vector<int> model;
-    for (int i = 0; i < n; ++i) model.push_back(i % 7);
-    return model;
-}
 
 TEST(Diff, SequencesAgreeWithTheirModels) {
     using Model = std::vector<int>;
-    // Values 0 to 3: a write often leaves an equal element in a new block.
-    History(Filled<cow_List<int>>(100), FilledModel(100),
-            [](cow_List<int>& list, Model& model, Random& random) {
-                int const n = list.GetCount();
-                int const i = Pick(random, n), v = Pick(random, 4);
-                switch (Pick(random, 6)) {
-                    case 0: list.Append(v), model.push_back(v); break;
-                    case 1: list.Prepend(v), model.insert(model.begin(), v); break;
-                    case 2: if (n > 0) list.RemoveFirst(), model.erase(model.begin()); break;
-                    case 3: if (n > 0) list.InsertAfter(i, v), model.insert(model.begin() + i + 1, v); break;
-                    default: if (n > 0) list.Get(i) = v, model[static_cast<std::size_t>(i)] = v; break;
-                }
-            },
-            checkIndices);
-    History(Filled<cow_1DArrayList<int>>(100), FilledModel(100),
-            [](cow_1DArrayList<int>& list, Model& model, Random& random) {
-                int const n = list.GetCount();
-                int const i = Pick(random, n), v = Pick(random, 4);
-                switch (Pick(random, 4)) {
-                    case 0: list.Append(v), model.push_back(v); break;
-                    case 1: list.Insert(i, v), model.insert(model.begin() + i, v); break;
-                    case 2: if (n > 0) list.Remove(i), model.erase(model.begin() + i); break;
-                    default: if (n > 0) list.Get(i) = v, model[static_cast<std::size_t>(i)] = v; break;
-                }
-            },
-            checkIndices);
     // Strings in an array with holes (growth skips slots), a moving head and
     // shrinking, read back as they are.
     History(cow_1DArray<cow_String>(40), 0,
@@ -115,18 +76,7 @@ TEST(Diff, SequencesAgreeWithTheirModels) {
                 };
                 CheckIndices(a, b, read(a), read(b));
             });
-    // Fixed shapes: writes, and now and then a new value of another extent.
-    History(cow_FixedArray<int>(30, 0), Model(30),
-            [](cow_FixedArray<int>& array, Model& model, Random& random) {
-                if (Pick(random, 10) == 0) {
-                    int const n = Pick(random, 40);
-                    array = cow_FixedArray<int>(n, 0), model.assign(static_cast<std::size_t>(n), 0);
-                } else if (array.GetSize() > 0) {
-                    int const i = Pick(random, array.GetSize()), v = Pick(random, 4);
-                    array.Get(i) = v, model[static_cast<std::size_t>(i)] = v;
-                }
-            },
-            checkIndices);
+    // Matrices: writes, and now and then a new value of another shape.
     History(cow_2DArray<int>(4, 5, 0), Model(20),
             [](cow_2DArray<int>& matrix, Model& model, Random& random) {
                 if (Pick(random, 10) == 0) {
@@ -139,7 +89,7 @@ TEST(Diff, SequencesAgreeWithTheirModels) {
                     matrix.Get(r, c) = v, model[static_cast<std::size_t>(r * matrix.GetColumns() + c)] = v;
                 }
             },
-            checkIndices);
+            [](auto const& a, auto const& b, auto const& x, auto const& y) { CheckIndices(a, b, x, y); });
 }
 
 // Trees and maps: the three reports against those computed from the models.
@@ -201,14 +151,24 @@ TEST(Diff, TreesAndMapsAgreeWithTheirModels) {
     });
 }
 
-// Nested containers compare by content where they do not share.
-TEST(Diff, NestedValuesCompareByContent) {
-    cow_List<cow_List<int>> lists{cow_List<int>{1, 2}, cow_List<int>{3}};
+// The lists and fixed arrays report their own indices: a list up to its
+// count (slots past it are not elements), and nested containers by content
+// where they do not share.
+TEST(Diff, ListsAndFixedArraysReportTheirIndices) {
+    auto indices = [](auto const& a, auto const& b) {
+        std::vector<int> reported;
+        cow_Diff(a, b, [&reported](int i) { reported.push_back(i); });
+        return reported;
+    };
+    cow_List<cow_List<int>> lists{cow_List<int>{1, 2}, cow_List<int>{3}, cow_List<int>{}};
     cow_List<cow_List<int>> other = lists;
     other.Get(0) = cow_List<int>{1, 2};  // equal content in new storage
     other.Get(1).Append(4);
-    std::vector<int> reported;
-    cow_Diff(lists, other, [&reported](int i) { reported.push_back(i); });
-    EXPECT_EQ(reported, std::vector<int>{1});
+    lists.RemoveLast();
+    EXPECT_EQ(indices(lists, other), (std::vector<int>{1, 2}));
+    cow_1DArrayList<int> popped{1, 2, 3, 9};
+    popped.Pop();
+    EXPECT_EQ(indices(popped, cow_1DArrayList<int>{1, 5, 3}), std::vector<int>{1});
+    EXPECT_EQ(indices(cow_FixedArray<int>{1, 2, 3}, cow_FixedArray<int>{1, 5}), (std::vector<int>{1, 2}));
 }
 }  // namespace

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 #include "support/AllocationCounter.h"
@@ -19,7 +18,6 @@ namespace {
 TEST(FixedArray, FirstWriteCopiesEverythingAndSecondNothing) {
     cow_FixedArray<int> const ten;
     EXPECT_EQ(std::count(ten.begin(), ten.end(), 0), 10) << "ten zeros by default";
-    EXPECT_EQ(cow_FixedArray<int>(-7, 3).GetSize(), 0) << "a negative length makes an empty array";
 
     // How many elements hold each text across the representations is the
     // interpreter's; these are the allocations.
@@ -36,25 +34,18 @@ TEST(FixedArray, FirstWriteCopiesEverythingAndSecondNothing) {
     AllocationScope secondScope;
     copy.Get(0) = cow_String();
     EXPECT_EQ(secondScope.News(), 0u);
-    EXPECT_TRUE(cow_FixedArray<cow_String>(1000, cow_String("word")) == source) << "equal bytes, separate texts";
 }
 
-TEST(FixedArray, EqualityOfSizesThenElements) {
-    EXPECT_TRUE(cow_FixedArray<int>(3, 1) != cow_FixedArray<int>(4, 1)) << "a shared prefix is not enough";
-    EXPECT_TRUE(cow_FixedArray<float>(0, 1.5f) == cow_FixedArray<float>(0, 2.5f));
-
-    // No identity shortcut: a NaN makes an array unequal to itself and to
-    // every copy of it.
+// Sizes then elements, by the element's ==: no identity shortcut, so a NaN
+// makes an array unequal to itself and to every copy of it. (Equality
+// against a model is the interpreter's.)
+TEST(FixedArray, EqualityGoesByTheElementsOperator) {
     cow_FixedArray<float> withNan(4, 1.0f);
     withNan.Get(3) = std::numeric_limits<float>::quiet_NaN();
     cow_FixedArray<float> sameRep = withNan;
-    EXPECT_FALSE(withNan == sameRep);
-    EXPECT_TRUE(withNan != sameRep);
-
-    cow_FixedArray<double> positive(2, 0.0), negative(2, -0.0);
-    EXPECT_TRUE(std::signbit(negative.ConstGet(1)));
-    EXPECT_TRUE(positive == negative);
-    EXPECT_FALSE(positive != negative);
+    EXPECT_TRUE(!(withNan == sameRep) && withNan != sameRep);
+    EXPECT_TRUE(cow_FixedArray<double>(2, 0.0) == cow_FixedArray<double>(2, -0.0));
+    EXPECT_FALSE(cow_FixedArray<double>(2, 0.0) != cow_FixedArray<double>(2, -0.0));
 }
 
 TEST(FixedArray, RepresentationAssignmentIsTheOnlyResize) {
@@ -64,8 +55,7 @@ TEST(FixedArray, RepresentationAssignmentIsTheOnlyResize) {
 
     target = source;
     EXPECT_EQ(target.size, 5);
-    EXPECT_NE(target.data, source.data);
-    EXPECT_EQ(text.GetShareCount(), 1 + 5 + 5);
+    EXPECT_EQ(text.GetShareCount(), 1 + 5 + 5) << "elements of its own";
     cow_String* before = target.data;
     target = *&target;
     EXPECT_EQ(target.data, before) << "self-assignment keeps the elements";
