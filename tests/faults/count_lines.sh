@@ -5,6 +5,7 @@
 # exports manifest are data and not counted. Test code is tests/ plus the
 # fuzz drivers (fuzz/ without its corpora).
 #   tests/faults/count_lines.sh [REPO]
+# COUNT_DETAIL=FILE also writes each file's kind and count to FILE.
 set -euo pipefail
 cd "${1:-$(dirname "$0")/../..}"
 git ls-files -co --exclude-standard |
@@ -25,5 +26,5 @@ git ls-files -co --exclude-standard |
     case "$f" in tests/*|fuzz/*) kind=test ;; *) kind=code ;; esac
     echo "$kind $n $f"
   done |
-  tee /tmp/count_detail | awk '{ all += $2; if ($1 == "test") test += $2 }
+  tee "${COUNT_DETAIL:-/dev/null}" | awk '{ all += $2; if ($1 == "test") test += $2 }
        END { printf "test code %d of %d lines (%.1f%%)\n", test, all, 100 * test / all }'
