@@ -21,8 +21,8 @@ opening with `template <>` is an explicit specialization, defined in the
 family's .cpp: it is declared, not instantiated. Plain functions and classes
 carry ZORVANCOW_API in their headers and produce nothing here.
 
-The module also reads the manifest for the symbol test and the consumer
-(tests/exports/).
+The module also reads the manifest for the symbol test
+(tests/exports/check_exports.py).
 """
 
 import argparse

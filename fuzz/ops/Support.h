@@ -165,20 +165,6 @@ int Number(T const& value) {
     else return *Text(value) == 0 ? 0 : std::atoi(Text(value) + 1) - 100000;
 }
 
-// An element against its number, and a sequence (anything with GetCount
-// and ConstGet, nested ones too) against its model.
-template <class T>
-bool Same(T const& value, int number) {
-    return Number(value) == number;
-}
-template <class Sequence, class Model, class = decltype(std::declval<Model const&>().size())>
-bool Same(Sequence const& value, Model const& model) {
-    if (value.GetCount() != static_cast<int>(model.size())) return false;
-    for (int i = 0; i < value.GetCount(); ++i)
-        if (!Same(value.ConstGet(i), model[static_cast<std::size_t>(i)])) return false;
-    return true;
-}
-
 // A walk from First shows exactly the model's entries, in order, each
 // checked by `same(it, entry)`.
 template <class Iterator, class Model, class SameEntry>
@@ -317,6 +303,13 @@ Model ReadBack(Value const& value) {
             model.push_back(ReadBack<typename Model::value_type>(value.ConstGet(i)));
         return model;
     }
+}
+
+// A value against its model: an element against its number, a sequence,
+// tree or map (nested ones too) against the model it reads back into.
+template <class Value, class Model>
+bool Same(Value const& value, Model const& model) {
+    return ReadBack<Model>(value) == model;
 }
 
 // After an element copy threw half-way through a step: every value must read

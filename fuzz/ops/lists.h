@@ -9,7 +9,9 @@
 
 #include <algorithm>
 #include <deque>
+#include <iterator>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "ops/Support.h"
@@ -89,6 +91,26 @@ void CheckWalk(cow_1DArrayIter<T>& it, ArrayModel const& model) {
             it.Next();
         }
     }
+}
+
+// A list's const iterators against its model: walked backwards, stepped by
+// any distance both ways and compared, and read through [] (a head inside a
+// block and elements over many blocks come from the stream); and its blocks,
+// put end to end, are its elements.
+template <class List, class Model>
+void CheckIterators(List const& list, Model const& model, Input& in) {
+    auto const first = list.begin(), last = list.end();
+    int const n = static_cast<int>(model.size()), i = in.Below(n + 1), j = in.Below(n + 1);
+    auto const same = [](auto const& value, int number) { return Number(value) == number; };
+    FUZZ_CHECK(last - first == n && std::equal(std::make_reverse_iterator(last), std::make_reverse_iterator(first),
+                                               model.rbegin(), model.rend(), same));
+    auto at = first + i;
+    FUZZ_CHECK((first + j) - at == j - i && (at < first + j) == (i < j) && (at += j - i) == first + j);
+    FUZZ_CHECK(i == n || (same(first[i], model[static_cast<std::size_t>(i)]) && same(list[static_cast<std::size_t>(i)], model[static_cast<std::size_t>(i)])));
+    std::vector<int> joined;
+    for (auto run : cow_Blocks(list))
+        for (auto const& value : run) joined.push_back(Number(value));
+    FUZZ_CHECK(std::equal(joined.begin(), joined.end(), model.begin(), model.end()));
 }
 
 // A list walk shows exactly the model, in order.
@@ -236,7 +258,10 @@ struct Lists {
         bool const full = count >= kMaxCount || count + static_cast<int>(models[b].size()) > kMaxCount;
         T const element = Make<T>(value);
         if (op == 0 && !full) {
-            if (value % 2 == 0) list.Append(element); else list.push_back(element);
+            if (value % 4 == 0) list.Append(element);
+            else if (value % 4 == 1) list.push_back(element);
+            else if (value % 4 == 2) list.emplace_back(element);
+            else *std::back_inserter(list) = element;
             model.push_back(value);
         } else if (op == 1 && !full) {  // at the count or one past it appends
             int const at = in.Below(count + 2);
@@ -255,10 +280,17 @@ struct Lists {
         } else if (op == 3 && count > 0) {
             int const i = in.Below(count);
             // Every write path: Get, operator[], an iterator (each unshares
-            // the table and the one block written).
-            if (value % 3 == 0) list.Get(i) = element;
-            else if (value % 3 == 1) list[static_cast<std::size_t>(i)] = element;
-            else *(list.begin() + i) = element;
+            // the table and the one block written; a second iterator there
+            // reads the new value).
+            if (value % 3 == 0) {
+                list.Get(i) = element;
+            } else if (value % 3 == 1) {
+                list[static_cast<std::size_t>(i)] = element;
+            } else {
+                auto it = list.begin() + i, other = list.begin() + i;
+                *it = element;
+                FUZZ_CHECK(*other == element);
+            }
             model[static_cast<std::size_t>(i)] = value;
         } else if (op == 4 && !full) {
             list.AppendUnlessMember(element);
@@ -268,6 +300,7 @@ struct Lists {
             model.insert(model.end(), models[b].begin(), models[b].end());
         } else if (op == 6) {
             FUZZ_CHECK(list.IsEqual(values[b]) == (model == models[b]));
+            CheckIterators(std::as_const(list), model, in);
         } else if (op == 7) {
             Share(values, models, a, b);
         } else if (op == 8) {

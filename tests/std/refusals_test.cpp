@@ -16,7 +16,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include "support/FaultInjection.h"
+#include "support/AllocationCounter.h"
 #include "zorvancow/zorvancow.h"
 
 namespace {
@@ -122,23 +122,15 @@ TEST(RefusalDeathTest, CheckedModeStopsEveryBrokenPrecondition) {
         {[&] { four.Get(-1); }, "^cow_1DArray::Get: negative index \\(index -1, size 4\\)\n"},
         {[&] { four.PartialArrayConstGet(4); },
          "cow_1DArray::PartialArrayConstGet: index out of range \\(index 4, size 4\\)"},
-        {[&] { none.PartialArrayConstGet(0); },
-         "cow_1DArray::PartialArrayConstGet: index out of range \\(index 0, size 0\\)"},
         {[&] { none.RemoveHead(); }, "cow_1DArray::RemoveHead: needs a non-empty array on a private table"},
         {[&] { four.RemoveHead(); }, "RemoveHead: .* \\(size 4, table shared by 2\\)"},
-        {[&] { four.SetFromArray(nullptr, -1); }, "cow_1DArray::SetFromArray: needs a count of 0 or more"},
         {[&] { empty.RemoveFirst(); }, "^cow_List::RemoveFirst: the list is empty \\(count 0\\)\n"},
-        {[&] { empty.RemoveLast(); }, "cow_List::RemoveLast: the list is empty \\(count 0\\)"},
-        {[&] { empty.RemoveIndex(0); }, "cow_List::RemoveIndex: needs a non-empty list"},
         {[&] { two.InsertAfter(3, 9); }, "cow_List::InsertAfter: index out of range \\(index 3, count 2\\)"},
         {[&] { two.InsertAfter(-2, 9); }, "cow_List::InsertAfter: index out of range \\(index -2, count 2\\)"},
         {[&] { two.Get(-1); }, "cow_List::Get: negative index \\(index -1, count 2\\)"},
-        {[&] { two.ConstGet(-1); }, "cow_List::ConstGet: index out of range"},
         {[&] { noElements.Pop(); }, "cow_1DArrayList::Pop: the list is empty \\(count 0\\)"},
-        {[&] { noElements.Remove(0); }, "cow_1DArrayList::Remove: needs a non-empty list"},
         {[&] { three.Slice(-3, 2); }, "cow_1DArrayList::Slice: negative start \\(start -3, stop 2, count 3\\)"},
         {[&] { three.Insert(4, 0); }, "cow_1DArrayList::Insert: index out of range \\(index 4, count 3\\)"},
-        {[&] { three.ConstGet(3 + three.GetArray().GetSize()); }, "cow_1DArrayList::ConstGet: index out of range"},
         // The standard element access names itself, takes the index unnarrowed
         // and checks a list against its count, not its array's extent.
         {[&] { (void)two[4294967297u]; },
@@ -148,24 +140,17 @@ TEST(RefusalDeathTest, CheckedModeStopsEveryBrokenPrecondition) {
         {[] { cow_List<int> l{1}; l.RemoveLast(); (void)l.front(); }, "^cow_List::front: the value is empty \\(size 0\\)\n"},
         {[&] { noElements.back() = 1; }, "cow_1DArrayList::back: the value is empty \\(size 0\\)"},
         {[&] { empty.pop_back(); }, "^cow_List::pop_back: the list is empty \\(count 0\\)\n"},
-        {[&] { noElements.pop_back(); }, "cow_1DArrayList::pop_back: the list is empty \\(count 0\\)"},
         {[&] { fixed.Get(3); }, "^cow_FixedArray::Get: index out of range \\(index 3, size 3\\)\n"},
-        {[&] { fixed.ConstGet(-1); }, "cow_FixedArray::ConstGet: index out of range \\(index -1, size 3\\)"},
         {[&] { matrix.Get(0, 3); }, "cow_2DArray::Get: index out of range \\(row 0, column 3, shape 2 x 3\\)"},
-        {[&] { matrix.ConstGet(2, 0); }, "cow_2DArray::ConstGet: index out of range \\(row 2, column 0, shape 2 x 3\\)"},
         {[&] { treeDone.CurrentKey(); }, "^cow_BtreeIterator::CurrentKey: the iterator is done"},
-        {[&] { treeDone.CurrentValue(); }, "cow_BtreeIterator::CurrentValue: the iterator is done"},
         {[&] { treeDone.Next(); }, "cow_BtreeIterator::Next: the iterator is done"},
-        {[&] { treeDone.Previous(); }, "cow_BtreeIterator::Previous: the iterator is done"},
         {[&] { mapDone.CurrentKey(); },
          "^cow_ConstMapIterator::CurrentKey: the iterator is done \\(position 1, count 1\\)\n"},
-        {[&] { mapDone.CurrentValue(); }, "cow_ConstMapIterator::CurrentValue: the iterator is done"},
         {[&] { unpositioned.CurrentKey(); },
          "^omi_UintTableIterator::CurrentKey: the iterator is done or not positioned"},
         {[&] { tableDone.CurrentValue(); }, "omi_UintTableIterator::CurrentValue: the iterator is done or not positioned"},
         {[] { cow_1DArray<int>(-5); }, "^cow_1DArray::cow_1DArray: negative size \\(size -5\\)\n"},
         {[&] { (void)matrix.Row(2); }, "^cow_2DArray::Row: row out of range \\(row 2, shape 2 x 3\\)\n"},
-        {[&] { (void)matrix.Row(-1); }, "cow_2DArray::Row: row out of range \\(row -1,"},
         // A write into the scratch value of a miss reaches no map.
         {[&] { map.Get(7) = 1; }, "^cow_Map::Get: the key is not held \\(count 1\\)\n"},
         {[] {
@@ -179,27 +164,24 @@ TEST(RefusalDeathTest, CheckedModeStopsEveryBrokenPrecondition) {
 }
 #endif
 
-// Every family in one short run, sharing through copies: each allocation on
-// the way is made to fail once.
+// Every family in one short run, sharing through copies. The run is made
+// once to count its operator new calls (all of them the library's), then
+// once for every k up to that count in a child process whose k-th call
+// throws std::bad_alloc, as the standard operator new does when memory runs
+// out. Each child must end with the library's out-of-memory line and
+// abort(): never an exception out of the library, never a sanitizer report.
 TEST(AllocationFailureDeathTest, EveryFailedAllocationEndsInOneLine) {
-    testing_support::ExpectEveryAllocationFailureAborts([] {
+    auto run = [] {
         cow_String const text("pear");
         cow_List<cow_String> words;
         for (int i = 0; i < 20; ++i) words.Append(i % 2 ? text : cow_String("fig"));
         cow_List<cow_String> copy = words;
         copy.Prepend(text).RemoveFirst().RemoveIndex(3).InsertAfter(5, text).Sort();
-        cow_List<cow_String> rest = words - copy;
+        cow_List<cow_String> const rest = words - copy;
         cow_List<cow_1DArrayList<int>> nested;
-        cow_1DArrayList<int> inner{1, 2, 3};
-        for (int i = 0; i < 20; ++i) nested.Append(inner);
+        for (int i = 0; i < 20; ++i) nested.Append(cow_1DArrayList<int>{1, 2, 3});
         cow_List<cow_1DArrayList<int>> other = nested;
         other.Get(3).Append(7);
-        other.RemoveLast().Clear();
-        int size = 0;
-        delete[] inner.GetCArray(size);
-
-        cow_FixedArray<cow_String> row(6, text), rowCopy = row;
-        rowCopy.Get(2) = cow_String();
         cow_2DArray<cow_String> grid(3, 4, text), gridCopy = grid;
         gridCopy.Get(2, 3) = cow_String();
 
@@ -208,40 +190,29 @@ TEST(AllocationFailureDeathTest, EveryFailedAllocationEndsInOneLine) {
         cow_Btree<int, int> treeCopy = tree;
         treeCopy.Remove(37);
         *treeCopy.Get(74) = 5;
-        delete treeCopy.Copy();
-        cow_List<int> keys = cow_BtreeUtils<int, int>::cow_Keys(treeCopy);
-
         cow_Map<cow_String, cow_List<int>> map;
-        for (int i = 0; i < 12; ++i) map.Insert(cow_String(std::string(1 + i % 5, static_cast<char>('a' + i)).c_str()), keys);
+        for (int i = 0; i < 12; ++i) map.Insert(cow_String(std::string(1 + i % 5, static_cast<char>('a' + i)).c_str()), {i});
         cow_Map<cow_String, cow_List<int>> mapCopy = map;
         mapCopy.Get(cow_String("ccc")).Append(3);
         mapCopy.Remove(cow_String("a"));
         cow_ConstMapSortedIt<cow_String, cow_List<int>> sorted(mapCopy);
         sorted.First();
-        cow_List<cow_String> mapKeys = cow_MapUtils<cow_String, cow_List<int>>::cow_Keys(map);
 
-        // The storage of the first table is the test's own allocation; what
-        // its constructor allocates is the library's.
-        void* storage;
-        {
-            testing_support::FaultPause pause;
-            storage = ::operator new(sizeof(omi_IntTable<cow_String>));
-        }
-        cow_COW<omi_IntTable<cow_String>> shared(new (storage) omi_IntTable<cow_String>(20, 4, 2));
-        for (int key : {-70000, -3, 0, 5, 4096, 1 << 20, 1 << 30}) shared.Get().Insert(key, text);
-        cow_COW<omi_IntTable<cow_String>> tableCopy = shared;
-        tableCopy.Get().Remove(5);
-        omi_IntTableIterator<cow_String> walk(*tableCopy.ConstGet());
-        int seen = 0;
-        for (walk.First(); !walk.IsDone(); walk.Next()) ++seen;
-        omi_UintTableIterator<cow_String> byCallback(tableCopy.ConstGet()->GetNonNegative(),
-                                                     [](void const*, void const*) { return 0; });
-        byCallback.First();
-
-        testing_support::FaultPause pause;
-        EXPECT_EQ(copy.GetCount() + rest.GetCount(), 20);
-        EXPECT_EQ(keys.GetCount() + mapKeys.GetCount() + seen, 39 + 12 + 6);
-    });
+        omi_IntTable<cow_String> table(20, 4, 2);
+        for (int key : {-70000, -3, 0, 5, 4096, 1 << 20, 1 << 30}) table.Insert(key, text);
+        table.Remove(5);
+        omi_IntTableIterator<cow_String> walk(table);
+        walk.First();
+    };
+    run();  // the first uses on this thread (its absent-key values) allocate once
+    std::size_t const before = testing_support::NewCalls();
+    run();
+    std::size_t const total = testing_support::NewCalls() - before;
+    ASSERT_GT(total, 0u);
+    for (std::size_t k = 1; k <= total && !::testing::Test::HasFailure(); ++k) {
+        EXPECT_DEATH((testing_support::FailAllocation(k), run()), "zorvancow: out of memory")
+            << "allocation " << k << " of " << total;
+    }
 }
 
 }  // namespace

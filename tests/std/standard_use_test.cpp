@@ -26,38 +26,6 @@ std::string Printed(C const& value) {
     return out.str();
 }
 
-TEST(StandardSequences, IteratorsAgreeWithIndexingAcrossBlocksAndHeads) {
-    testing_support::NoLeaks noLeaks;
-    std::vector<int> model(700);
-    std::iota(model.begin(), model.end(), 0);
-    // Growth at both ends puts the head inside a block and the elements in many blocks.
-    cow_List<int> list;
-    for (std::size_t i = 234; i-- > 0;) list.Prepend(model[i]);
-    for (std::size_t i = 234; i < model.size(); ++i) list.Append(model[i]);
-    list.Prepend(-1).RemoveFirst();
-
-    auto check = [&](auto const& c) {
-        auto const first = c.begin(), last = c.end();
-        ASSERT_EQ(last - first, 700);
-        std::vector<int> reversed(std::make_reverse_iterator(last), std::make_reverse_iterator(first));
-        EXPECT_TRUE(std::equal(reversed.rbegin(), reversed.rend(), model.begin(), model.end()));
-        for (std::ptrdiff_t i = 0; i < 700; i += 37) {
-            for (std::ptrdiff_t j = 0; j <= 700; j += 53) {
-                auto at = first + i;
-                EXPECT_TRUE(*at == i && first[i] == c[static_cast<std::size_t>(i)] && (first + j) - at == j - i &&
-                            (at < first + j) == (i < j) && (at += j - i) == first + j);
-            }
-        }
-        // The blocks, put end to end, are the elements.
-        std::vector<int> joined;
-        for (cow_Span<int const> run : cow_Blocks(c)) joined.insert(joined.end(), run.begin(), run.end());
-        EXPECT_EQ(joined, model);
-    };
-    check(list);
-    check(cow_1DArray<int>(model));
-    check(cow_1DArrayList<int>(model.begin(), model.end()));
-}
-
 TEST(StandardSequences, ConstructionOperatorsHashAndPrinting) {
     testing_support::NoLeaks noLeaks;
     cow_List<int> list{1, 2, 3};

@@ -178,26 +178,6 @@ TYPED_TEST(StandardWrites, AWriteUnsharesOneBlockAndAReadNone) {
     EXPECT_EQ(SharedBlocks(ArrayOf(sorted), ArrayOf(reversed)), 0);
 }
 
-TEST(StandardWrites, BackInsertionEmplaceAndIteratorsSeeEachOthersWrites) {
-    NoLeaks noLeaks;
-    cow_List<int> list;
-    std::vector<int> const model{4, 1, 3};
-    std::copy(model.begin(), model.end(), std::back_inserter(list));
-    list.emplace_back(7);
-    EXPECT_EQ(list, (cow_List<int>{4, 1, 3, 7}));
-    cow_1DArrayList<cow_String> strings;
-    EXPECT_EQ(strings.emplace_back("bc").ConstGet().GetLength(), 2u);
-    strings.pop_back();
-    EXPECT_TRUE(strings.empty());
-
-    // Two iterators of a copy in one shared block: the write through the one
-    // unshares the block, and the other reads (and compares) the new value.
-    cow_List<int> shared = list;
-    auto a = shared.begin(), b = shared.begin();
-    *b = 9;
-    EXPECT_TRUE(*a == 9 && a == b && a == shared.cbegin() && list.front() == 4);
-}
-
 TEST(StandardWrites, FixedArraysAndMatricesUnshareTheWholeOnNonConstAccess) {
     NoLeaks noLeaks;
     cow_FixedArray<int> const fixed{3, 1, 2};

@@ -16,8 +16,6 @@ std::atomic<std::size_t> liveBytes{0};
 constexpr std::size_t kPrefix = alignof(std::max_align_t);
 // Fault injection, armed by one thread at a time (a death test's child).
 std::atomic<std::size_t> failAt{0};  // the allocation number that throws; 0 for none
-std::atomic<std::size_t> pausedCalls{0};
-thread_local int paused = 0;
 }
 
 namespace testing_support {
@@ -25,17 +23,10 @@ std::size_t NewCalls() { return newCalls.load(std::memory_order_relaxed); }
 std::size_t DeleteCalls() { return deleteCalls.load(std::memory_order_relaxed); }
 std::size_t LiveBytes() { return liveBytes.load(std::memory_order_relaxed); }
 void FailAllocation(std::size_t k) { failAt = k == 0 ? 0 : NewCalls() + k; }
-std::size_t FaultCandidates() { return NewCalls() - pausedCalls.load(); }
-FaultPause::FaultPause() { ++paused; }
-FaultPause::~FaultPause() { --paused; }
 }  // namespace testing_support
 
 void* operator new(std::size_t size) {
-    if (paused != 0) {
-        // Not counted as an allocation of the code under test.
-        ++pausedCalls;
-        if (failAt.load() != 0) ++failAt;
-    } else if (failAt.load() != 0 && newCalls.load() + 1 == failAt.load()) {
+    if (failAt.load() != 0 && newCalls.load() + 1 == failAt.load()) {
         failAt = 0;
         newCalls.fetch_add(1, std::memory_order_relaxed);
         throw std::bad_alloc();

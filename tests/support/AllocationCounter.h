@@ -17,18 +17,8 @@ std::size_t DeleteCalls();
 std::size_t LiveBytes();
 
 // Fault injection: the k-th operator new call from now on (k >= 1) throws
-// std::bad_alloc, as the standard operator new does when memory runs out;
-// 0 disarms. Calls made while a FaultPause lives (the test's own
-// bookkeeping) are not counted towards k.
+// std::bad_alloc; 0 disarms.
 void FailAllocation(std::size_t k);
-// operator new calls so far outside any FaultPause.
-std::size_t FaultCandidates();
-struct FaultPause {
-    FaultPause();
-    ~FaultPause();
-    FaultPause(FaultPause const&) = delete;
-    FaultPause& operator=(FaultPause const&) = delete;
-};
 
 // Counts the allocations made while it lives.
 class AllocationScope {
