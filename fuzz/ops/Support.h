@@ -15,6 +15,7 @@
 //   Run<State>     the frame: the stream's first byte picks the element type,
 //                  and at the end the stand-ins' live counters must be back
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -22,11 +23,15 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "zorvancow/core/cow_String.h"
+#include "zorvancow/handover/cow_HandOver.h"
+#include "zorvancow/history/cow_Diff.h"
+#include "zorvancow/history/cow_Footprint.h"
 #include "zorvanmem/mem_Heap.h"
 #include "zorvanstr/atr_String.h"
 
@@ -174,21 +179,26 @@ void InOrder(Iterator&& it, Model const& model, SameEntry same) {
     FUZZ_CHECK(at == std::end(model));
 }
 
-// Slot a takes slot b's value (sharing its storage) and model. For odd a it
-// goes through a move: a copy moved into the slot, then the emptied copy
-// copied, moved into again and destroyed, all of which must leave every slot
-// as a plain copy would.
+// Slot a takes slot b's value and model, by one of three routes that must
+// all leave every slot as a plain copy would: a plain copy, sharing b's
+// storage; a move (a copy moved into the slot, then the emptied copy copied,
+// moved into again and destroyed); or a hand-over, whose copy holds nothing
+// that a value outside it holds too, b included. True for a hand-over.
 template <class Value, class Model, std::size_t N>
-void Share(Value (&values)[N], Model (&models)[N], int a, int b) {
-    if (a % 2 == 0) {
+bool Share(Value (&values)[N], Model (&models)[N], int a, int b) {
+    if ((a + b) % 3 == 0) {
         values[a] = values[b];
-    } else {
+    } else if ((a + b) % 3 == 1) {
         Value moved = values[b];
         values[a] = std::move(moved);
         Value emptied = moved;
         moved = std::move(emptied);
+    } else {
+        values[a] = cow_HandOver(values[b]);
+        FUZZ_CHECK(cow_Footprint(&values[a], &values[a] + 1).outsideBytes == 0);
     }
     models[a] = models[b];
+    return (a + b) % 3 == 2;
 }
 
 // A list of elements made from its model, and, half of the time when
@@ -312,6 +322,49 @@ bool Same(Value const& value, Model const& model) {
     return ReadBack<Model>(value) == model;
 }
 
+// cow_Diff of two values against their models. A sequence reports each
+// index where the models differ or only one has an element, in order; a tree
+// or map each key that only one holds or both hold with different values, a
+// tree in key order (a map in its walk's order: `anyOrder`).
+template <class Value, class Model>
+void CheckDiff(Value const& a, Value const& b, Model const& x, Model const& y, bool anyOrder = false) {
+    if constexpr (IsKeyed<Model>::value) {
+        using Mapped = typename Model::mapped_type;
+        std::vector<std::tuple<typename Model::key_type, int, Mapped, Mapped>> reported, expected;
+        auto note = [&reported](int kind, auto const& key, Mapped old, Mapped now) {
+            reported.emplace_back(ModelKey(key), kind, std::move(old), std::move(now));
+        };
+        cow_Diff(
+            a, b, [&](auto const& key, auto const& value) { note(1, key, Mapped(), ReadBack<Mapped>(value)); },
+            [&](auto const& key, auto const& value) { note(-1, key, ReadBack<Mapped>(value), Mapped()); },
+            [&](auto const& key, auto const& old, auto const& now) {
+                note(0, key, ReadBack<Mapped>(old), ReadBack<Mapped>(now));
+            });
+        for (auto const& [key, value] : x) {
+            auto const at = y.find(key);
+            if (at == y.end()) expected.emplace_back(key, -1, value, Mapped());
+            else if (!(at->second == value)) expected.emplace_back(key, 0, value, at->second);
+        }
+        for (auto const& [key, value] : y)
+            if (x.count(key) == 0) expected.emplace_back(key, 1, Mapped(), value);
+        std::sort(expected.begin(), expected.end());
+        if (anyOrder) std::sort(reported.begin(), reported.end());
+        FUZZ_CHECK(reported == expected);
+    } else {
+        std::vector<int> reported, expected;
+        cow_Diff(a, b, [&reported](int i) { reported.push_back(i); });
+        for (std::size_t i = 0; i < std::max(x.size(), y.size()); ++i)
+            if (i >= x.size() || i >= y.size() || !(x[i] == y[i])) expected.push_back(static_cast<int>(i));
+        FUZZ_CHECK(reported == expected);
+    }
+}
+
+// The two slots whose diff a step checks: neighbours, another pair each step.
+inline std::pair<int, int> DiffPair(int slots) {
+    int const s = CurrentStep() % slots;
+    return {s, (s + 1) % slots};
+}
+
 // After an element copy threw half-way through a step: every value must read
 // whole, and at most one of them (the one the step was writing) may differ
 // from its model, which may or may not have taken the step yet. Each model
@@ -378,6 +431,25 @@ void Run(std::uint8_t const* data, std::size_t size, After after = {}) {
     FUZZ_CHECK(Brittle::live == brittles);
 }
 
+// The element types that are not the library's are handed over by their own
+// copy (which for Brittle may throw as any other) and hold no piece of the
+// library's: a footprint of their values counts the library's pieces only.
+template <class T>
+struct ForeignElement {
+    static T Copy(T const& value) { return value; }
+    static constexpr bool holdsPieces = false;
+    static void Walk(cow_detail::FootprintWalk&, T const&) {}
+};
+
 }  // namespace fuzz
+
+template <>
+struct cow_HandOverTraits<std::string> : fuzz::ForeignElement<std::string> {};
+template <>
+struct cow_HandOverTraits<fuzz::Brittle> : fuzz::ForeignElement<fuzz::Brittle> {};
+template <>
+struct cow_detail::Footprint<std::string> : fuzz::ForeignElement<std::string> {};
+template <>
+struct cow_detail::Footprint<fuzz::Brittle> : fuzz::ForeignElement<fuzz::Brittle> {};
 
 #endif

@@ -41,6 +41,11 @@ struct ArrayModel {
         if (i >= static_cast<int>(cells.size())) cells.resize(static_cast<std::size_t>(i) + 1, 0);
         cells[static_cast<std::size_t>(i)] = value;
     }
+    std::vector<int> Elements() const {
+        std::vector<int> elements;
+        for (int i = 0; i < size; ++i) elements.push_back(At(i));
+        return elements;
+    }
     bool operator==(ArrayModel const& other) const {
         bool same = size == other.size;
         for (int i = 0; same && i < size; ++i) same = At(i) == other.At(i);
@@ -176,6 +181,11 @@ struct Lists {
             CheckList(flats[s], flatModels[s]);
             CheckList(nested[s], nestedModels[s]);
         }
+        auto const [s, t] = DiffPair(kSlots);
+        CheckDiff(arrays[s], arrays[t], arrayModels[s].Elements(), arrayModels[t].Elements());
+        CheckDiff(lists[s], lists[t], listModels[s], listModels[t]);
+        CheckDiff(flats[s], flats[t], flatModels[s], flatModels[t]);
+        CheckDiff(nested[s], nested[t], nestedModels[s], nestedModels[t]);
         for (auto& [it, model] : arrayWalks.held) CheckWalk(*it, model);
         for (auto& [it, model] : listWalks.held) CheckWalk(*it, model);
         for (auto& [it, model] : flatWalks.held) CheckWalk(*it, model);
@@ -224,7 +234,9 @@ struct Lists {
                 model = ArrayModel();
                 model.size = array.GetSize();
                 break;
-            case 4: Share(arrays, arrayModels, a, b); break;
+            case 4:  // a hand-over copies the elements alone: nothing lies past the end
+                if (Share(arrays, arrayModels, a, b)) model.cells.resize(static_cast<std::size_t>(model.size));
+                break;
             case 5: arrayWalks.Take(in, model, array); break;
             case 6:  // drop the first position, as a list's RemoveFirst does
                 if (model.size == 0) break;

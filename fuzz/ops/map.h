@@ -130,6 +130,8 @@ struct Maps {
         }
         for (auto& [it, model] : plainWalks.held) CheckWalk(*it, model);
         for (auto& [it, entries] : sortedWalks.held) CheckSorted(*it, entries);
+        auto const [s, t] = DiffPair(kSlots);
+        CheckDiff(maps[s], maps[t], models[s], models[t], true);
     }
 
     void Step(Input& in) {
@@ -180,7 +182,10 @@ struct Maps {
                 FUZZ_CHECK((map.GetDepth(mapKey) >= 0) == (at != model.end()));
                 break;
             }
-            case 5: Share(maps, models, a, b); break;
+            case 5:  // a hand-over keeps every key at its depth
+                if (Share(maps, models, a, b))
+                    for (auto const& [held, value] : model) FUZZ_CHECK(map.GetDepth(MapKey(held)) == maps[b].GetDepth(MapKey(held)));
+                break;
             case 6: {  // take a snapshot, plain or sorted
                 bool const descending = in.Below(2) == 0;
                 if (in.Below(2) == 0)

@@ -92,6 +92,10 @@ struct Shapes {
         CheckCounts(arrays);
         CheckCounts(lists);
         CheckCounts(matrices);
+        auto const [s, t] = DiffPair(kSlots);
+        CheckDiff(arrays[s], arrays[t], arrayModels[s], arrayModels[t]);
+        CheckDiff(lists[s], lists[t], listModels[s], listModels[t]);
+        CheckDiff(matrices[s], matrices[t], matrixModels[s].cells, matrixModels[t].cells);
         if constexpr (std::is_same<T, cow_String>::value) {
             // Texts are made fresh and copied only from array to array: each
             // is counted by every element of each distinct representation

@@ -55,6 +55,16 @@ int CheckShape(Handle const* link, Key const* low, Key const* high) {
     return exact;
 }
 
+// Two trees of one shape: the same keys in the same places, with the same
+// stored depths.
+template <class Handle>
+bool SameShape(Handle const* x, Handle const* y) {
+    if (x == nullptr || y == nullptr) return x == y;
+    auto const *p = x->ConstGet(), *q = y->ConstGet();
+    return p->GetKey() == q->GetKey() && p->GetMaxDepth() == q->GetMaxDepth() &&
+           SameShape(p->GetLeft(), q->GetLeft()) && SameShape(p->GetRight(), q->GetRight());
+}
+
 // A tree against its model, outer or inner: both walks, every value, and
 // the shape.
 using fuzz::Same;
@@ -84,6 +94,8 @@ struct Trees {
 
     void CheckAll() {
         for (int s = 0; s < kSlots; ++s) Same(trees[s], models[s]);
+        auto const [s, t] = DiffPair(kSlots);
+        CheckDiff(trees[s], trees[t], models[s], models[t]);
     }
     template <class F>
     void EachValue(F&& f) {
@@ -154,7 +166,9 @@ struct Trees {
                 if (inner != nullptr) EditInner(*inner, at->second, in);
                 break;
             }
-            case 4: Share(trees, models, a, b); break;
+            case 4:  // a hand-over keeps the shape, node for node
+                if (Share(trees, models, a, b)) FUZZ_CHECK(SameShape(trees[a].GetRoot(), trees[b].GetRoot()));
+                break;
             case 5: {  // a heap copy, sometimes of an empty tree; writes to it stay in it
                 bool const empty = in.Below(8) == 0;
                 std::unique_ptr<Outer> copy(empty ? Outer().Copy() : trees[b].Copy());

@@ -20,15 +20,6 @@
 namespace {
 using fuzz::Brittle;
 using Table = cow_COW<omi_IntTable<Brittle>>;
-}  // namespace
-
-// Handed over by its own copy, which may throw as any other.
-template <>
-struct cow_HandOverTraits<Brittle> {
-    static Brittle Copy(Brittle const& value) { return value; }
-};
-
-namespace {
 
 // What a value holds, as numbers (keyed values: their keys, sorted), after
 // checking that it is whole: a walk sees as many entries as its count says,
