@@ -158,17 +158,24 @@ struct Maps {
                     value = from->second;
                 }
                 if (model.size() >= kMaxKeys && model.count(key) == 0) break;
-                FUZZ_CHECK(map.Insert(mapKey, mapValue));
+                if (op == 0) {
+                    FUZZ_CHECK(map.Insert(mapKey, mapValue));
+                } else {
+                    auto const [at, added] = map.insert_or_assign(mapKey, mapValue);
+                    FUZZ_CHECK(added == (model.count(key) == 0) && ModelKey(at->first) == key);
+                }
                 model[key] = value;
                 break;
             }
             case 2:
-                FUZZ_CHECK(map.Remove(mapKey) == (model.erase(key) == 1));
+                if (in.Below(2) == 0) FUZZ_CHECK(map.Remove(mapKey) == (model.count(key) == 1));
+                else FUZZ_CHECK(map.erase(mapKey) == model.count(key));
+                model.erase(key);
                 break;
-            case 3: {  // a write through Get to a held value
+            case 3: {  // a write through Get of a held key, or of the position find gives
                 auto at = model.find(key);
                 if (at == model.end()) break;
-                V& value = map.Get(mapKey);
+                V& value = in.Below(2) == 0 ? map.Get(mapKey) : map.Get(map.find(mapKey));
                 FUZZ_CHECK(!Map::IsAbsent(value));
                 Edit(value, at->second, in);
                 break;

@@ -123,8 +123,12 @@ struct Shapes {
             } else if (op == 1) {
                 Share(arrays, arrayModels, a, b);
             } else if (op < 4 && !model.empty()) {
+                // Through Get, [] or an iterator: each copies a shared
+                // representation whole.
                 int const i = in.Below(static_cast<int>(model.size()));
-                arrays[a].Get(i) = element;
+                if (op == 2) arrays[a].Get(i) = element;
+                else if (value % 2 == 0) arrays[a][static_cast<std::size_t>(i)] = element;
+                else *(arrays[a].begin() + i) = element;
                 model[static_cast<std::size_t>(i)] = value;
             } else if (op == 4) {
                 FUZZ_CHECK((arrays[a] == arrays[b]) == (model == arrayModels[b]));
@@ -143,7 +147,9 @@ struct Shapes {
                 Share(matrices, matrixModels, a, b);
             } else if (!model.cells.empty()) {
                 int const r = in.Below(model.rows), c = in.Below(model.columns);
-                matrices[a].Get(r, c) = element;
+                if (op == 2) matrices[a].Get(r, c) = element;
+                else if (op == 3) *(matrices[a].Row(r).begin() + c) = element;
+                else *(matrices[a].begin() + r * model.columns + c) = element;
                 model.cells[static_cast<std::size_t>(r * model.columns + c)] = value;
             }
         }

@@ -111,6 +111,21 @@ struct Trees {
         return tree;
     }
 
+    // find stands on its key and steps both ways from there to the model's
+    // neighbours, with the path that key needs or with one too short for the
+    // tree (the steps then search from the root).
+    template <int PathLength>
+    static void FindSteps(Outer const& tree, OuterModel const& model, std::string const& text) {
+        using It = cow_BtreeStdIter<cow_String, Inner, PathLength>;
+        It const found(tree, cow_String(text.c_str()));
+        auto const at = model.find(text);
+        FUZZ_CHECK((found == It::End(tree)) == (at == model.end()));
+        if (at == model.end()) return;
+        auto const next = std::next(at);
+        FUZZ_CHECK(next == model.end() ? std::next(found) == It::End(tree) : ModelKey(std::next(found)->first) == next->first);
+        FUZZ_CHECK(at == model.begin() || ModelKey(std::prev(found)->first) == std::prev(at)->first);
+    }
+
     // Writes through one inner tree reached by Get: the change must stay in it.
     static void EditInner(Inner& tree, InnerModel& model, Input& in) {
         int const key = PickInnerKey(in), value = in.Below(1000);
@@ -150,17 +165,29 @@ struct Trees {
                     innerModel = from->second;
                 }
                 if (model.size() >= kMaxOuter && model.count(text) == 0) break;
-                FUZZ_CHECK(tree.InsertUnlessMember(key, inner) == model.emplace(text, innerModel).second);
+                if (in.Below(2) == 0) {
+                    FUZZ_CHECK(tree.InsertUnlessMember(key, inner) == model.emplace(text, innerModel).second);
+                } else {  // replaces the value of a held key
+                    auto const [at, added] = tree.insert_or_assign(key, inner);
+                    FUZZ_CHECK(added == (model.count(text) == 0) && at->first == key);
+                    model[text] = innerModel;
+                }
                 break;
             }
-            case 1: {
+            case 1: {  // Remove, erase of a key, or erase of a position, which gives the next one
                 std::string const target = NearKey(model, text, in);
-                FUZZ_CHECK(tree.Remove(cow_String(target.c_str())) == (model.erase(target) == 1));
+                cow_String const held(target.c_str());
+                auto const found = tree.find(held);
+                bool const removed = model.erase(target) == 1;
+                auto const next = model.upper_bound(target);
+                if (in.Below(3) == 0) FUZZ_CHECK(tree.Remove(held) == removed);
+                else if (!removed || in.Below(2) == 0) FUZZ_CHECK(tree.erase(held) == (removed ? 1u : 0u));
+                else FUZZ_CHECK(next == model.end() ? tree.erase(found) == tree.end() : tree.erase(found)->first == next->first.c_str());
                 break;
             }
             case 2:
-            case 3: {
-                Inner* inner = tree.Get(key);
+            case 3: {  // through Get of a key, or of a position that find gave
+                Inner* inner = tree.contains(key) && in.Below(2) == 0 ? &tree.Get(tree.find(key)) : tree.Get(key);
                 auto at = model.find(text);
                 FUZZ_CHECK((inner != nullptr) == (at != model.end()));
                 if (inner != nullptr) EditInner(*inner, at->second, in);
@@ -180,6 +207,8 @@ struct Trees {
                 break;
             }
             case 6:
+                FindSteps<48>(tree, model, NearKey(model, text, in));
+                FindSteps<2>(tree, model, NearKey(model, text, in));
                 Wander(cow_BtreeIterator<cow_String, Inner>(tree), model, in, [](auto& it, auto const& entry) {
                     return entry.first == it.CurrentKey().GetCString() &&
                            it.CurrentValue().GetCount() == static_cast<int>(entry.second.size());

@@ -9,7 +9,6 @@
 #include <cmath>
 #include <map>
 #include <numeric>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -55,45 +54,6 @@ TEST(StandardSequences, ConstructionOperatorsHashAndPrinting) {
     EXPECT_EQ(rowSums, (std::vector<int>{4, 4, 8}));
 }
 
-// find stands on its key with the path that key needs, so that both steps go
-// on from it; with a path too short for the tree (the path-free walk) the
-// steps search from the root instead and must give the same neighbours.
-template <int PathLength>
-void FindThenStepBothWays(cow_Btree<int, int> const& tree, std::vector<int> const& keys) {
-    using It = cow_BtreeStdIter<int, int, PathLength>;
-    for (std::size_t i = 0; i < keys.size(); ++i) {
-        It const found(tree, keys[i]);
-        ASSERT_TRUE(found != It::End(tree) && found->first == keys[i]);
-        It const next = std::next(found);
-        EXPECT_TRUE(i + 1 < keys.size() ? next->first == keys[i + 1] : next == It::End(tree)) << keys[i];
-        EXPECT_TRUE(i == 0 || std::prev(found)->first == keys[i - 1]) << keys[i];
-        EXPECT_EQ(It(tree, keys[i] + 1), It::End(tree));  // absent keys are odd
-    }
-}
-
-TEST(StandardTree, KeyOrderWalksAndFindStepsBothWaysWithAnyPathLength) {
-    testing_support::NoLeaks noLeaks;
-    std::mt19937 random(7);
-    std::vector<int> keys;
-    cow_Btree<int, int> tree;
-    for (int i = 0; i < 300; ++i) {
-        int const key = static_cast<int>(random() % 2000) * 2 - 2000;
-        if (tree.InsertUnlessMember(key, key + 1)) keys.push_back(key);
-    }
-    std::sort(keys.begin(), keys.end());
-    std::vector<int> walked;
-    for (auto const& entry : tree) walked.push_back(entry.first);
-    EXPECT_EQ(walked, keys);
-    EXPECT_EQ(std::prev(tree.end())->first, keys.back());
-    EXPECT_TRUE(tree.contains(keys.back()) && tree.find(1) == tree.end());
-    FindThenStepBothWays<48>(tree, keys);
-    FindThenStepBothWays<2>(tree, keys);
-
-    cow_Btree<std::string, int> fromMap(std::map<std::string, int>{{"b", 2}, {"a", 1}});
-    EXPECT_EQ(Printed(fromMap), "{a: 1, b: 2}");
-    EXPECT_EQ(fromMap, (cow_Btree<std::string, int>{{"a", 1}, {"b", 2}, {"a", 9}}));
-}
-
 TEST(StandardMap, SnapshotWalksSortedViewsAndFind) {
     testing_support::NoLeaks noLeaks;
     cow_Map<int, int> map{{5, 50}, {3, 30}, {6, 60}, {1, 10}, {7, 70}, {2, 20}, {4, 40}, {0, 0}};
@@ -122,6 +82,10 @@ TEST(StandardMap, SnapshotWalksSortedViewsAndFind) {
     EXPECT_NE(copy, other);
     std::map<int, int> back(other.begin(), other.end());
     EXPECT_EQ(back, (std::map<int, int>{{1, 1}, {2, 3}}));
+    // A tree from a std::map, and from a list where the first of equal keys wins.
+    cow_Btree<std::string, int> fromMap(std::map<std::string, int>{{"b", 2}, {"a", 1}});
+    EXPECT_EQ(Printed(fromMap), "{a: 1, b: 2}");
+    EXPECT_EQ(fromMap, (cow_Btree<std::string, int>{{"a", 1}, {"b", 2}, {"a", 9}}));
     // A walk holds the tree like any copy, and gives it back.
     {
         auto it = other.begin();

@@ -11,7 +11,6 @@
 #include <iterator>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -176,58 +175,6 @@ TYPED_TEST(StandardWrites, AWriteUnsharesOneBlockAndAReadNone) {
     std::sort(sorted.begin(), sorted.end());
     EXPECT_LE(scope.News(), static_cast<std::size_t>(2 * blocks + 1));  // and the table's counter
     EXPECT_EQ(SharedBlocks(ArrayOf(sorted), ArrayOf(reversed)), 0);
-}
-
-TEST(StandardWrites, FixedArraysAndMatricesUnshareTheWholeOnNonConstAccess) {
-    NoLeaks noLeaks;
-    cow_FixedArray<int> const fixed{3, 1, 2};
-    cow_FixedArray<int> copy = fixed;
-    EXPECT_EQ(*std::as_const(copy).begin() + std::as_const(copy)[1], 4);
-    EXPECT_EQ(copy.GetShareCount(), 2);  // const reads share
-    std::sort(copy.begin(), copy.end());
-    copy[0] += 10;
-    copy.back() = 9;
-    EXPECT_EQ(fixed, (cow_FixedArray<int>{3, 1, 2}));
-    EXPECT_EQ(copy, (cow_FixedArray<int>{11, 2, 9}));
-    EXPECT_EQ(fixed.GetShareCount(), 1);
-
-    cow_2DArray<int> const matrix(2, 3, 1);
-    cow_2DArray<int> edited = matrix;
-    for (int& x : edited.Row(1)) x = 5;
-    std::fill(edited.begin(), edited.begin() + 2, 7);
-    EXPECT_EQ(std::vector<int>(edited.begin(), edited.end()), (std::vector<int>{7, 7, 1, 5, 5, 5}));
-    EXPECT_EQ(std::count(matrix.begin(), matrix.end(), 1), 6);
-    EXPECT_EQ(matrix.GetShareCount(), 1);
-}
-
-// The standard writes of trees and maps change this value only, and erase
-// by position gives the next one, so a loop may erase as it walks.
-template <class C>
-class WriteSpellings : public testing::Test {};
-using Associative = testing::Types<cow_Btree<int, cow_String>, cow_Map<int, cow_String>>;
-TYPED_TEST_SUITE(WriteSpellings, Associative, ::testing::internal::DefaultNameGenerator);
-
-TYPED_TEST(WriteSpellings, InsertOrAssignEraseAndWriteThroughAPosition) {
-    NoLeaks noLeaks;
-    TypeParam tree;
-    for (int k = 0; k < 100; ++k) EXPECT_TRUE(tree.insert_or_assign(k, cow_String("v")).second);
-    TypeParam const snapshot = tree;
-    auto const [at, added] = tree.insert_or_assign(5, cow_String("five"));
-    EXPECT_TRUE(!added && at->first == 5 && std::string_view(at->second) == "five");
-
-    auto const found = snapshot.find(7);  // a read: nothing is made private
-    EXPECT_EQ(&found->second, &tree.at(7));
-    tree.Get(tree.find(7)) = cow_String("seven");
-    EXPECT_EQ(std::string_view(tree.at(7)), "seven");
-    EXPECT_EQ(std::string_view(snapshot.at(7)), "v");
-    EXPECT_EQ(std::string_view(snapshot.at(5)), "v");
-
-    EXPECT_EQ(tree.erase(99), 1u);
-    EXPECT_EQ(tree.erase(99), 0u);
-    for (auto it = tree.begin(); it != tree.end();) it = it->first % 2 == 0 ? tree.erase(it) : std::next(it);
-    auto const odd = [](auto const& entry) { return entry.first % 2 == 1; };
-    EXPECT_TRUE(tree.size() == 49u && std::all_of(tree.begin(), tree.end(), odd));
-    EXPECT_EQ(snapshot.size(), 100u);
 }
 
 }  // namespace
