@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -61,12 +60,6 @@ void Write(C& c) {
     else if constexpr (kIsOneOf<C, cow_1DArray<int>>) c.Get(c.GetSize()) = 7;
     else c.Append(7);
 }
-// The tables copy deeply (the signed one only by Copy) and share nothing.
-template <class C>
-C Clone(C const& c) {
-    if constexpr (kIsOneOf<C, omi_IntTable<long>>) return std::move(*std::unique_ptr<C>(c.Copy()));
-    else return c;
-}
 template <class C>
 class Moves : public testing::Test {};
 using Containers = testing::Types<cow_1DArray<int>, cow_1DArrayList<int>, cow_List<int>, cow_FixedArray<int>,
@@ -80,7 +73,6 @@ TYPED_TEST(Moves, StealWithoutCountsAndLeaveAUsableEmptyValue) {
                   std::is_nothrow_swappable<C>::value);
     NoLeaks noLeaks;
     C source = Make<C>();
-    C const keep = Clone(source);
     C target = Make<C>();
     Write(target);
     std::size_t left[2], news;
@@ -101,14 +93,10 @@ TYPED_TEST(Moves, StealWithoutCountsAndLeaveAUsableEmptyValue) {
     EXPECT_EQ(news, 0u);
     EXPECT_EQ(left[0] + left[1] + Size(target), 0u);
     EXPECT_EQ(Size(source), 3u);
-    // The emptied value copies, takes a write (its copy does not see it),
-    // and takes an assignment.
-    C copy = Clone(target);
+    // The emptied value takes a write. (That it copies and takes a move is
+    // the interpreters', whose copies go through moves too.)
     Write(target);
     EXPECT_EQ(Size(target), 1u);
-    EXPECT_EQ(Size(copy), 0u);
-    target = Clone(keep);
-    EXPECT_EQ(Size(target), 3u);
 }
 
 // The blocks of `a` in use that `b`'s table holds too.

@@ -1,6 +1,7 @@
 // The radix tables piece by piece: blocked arrays and their dump, growth and
-// removal in the unsigned table, the sign rule and sharing of the signed
-// table, both iterators, and the limits of the arguments and keys.
+// removal in the unsigned table, the sign rule of the signed table, both
+// iterators, and the limits of the arguments and keys. (Contents through
+// shared handles are the interpreter's.)
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -18,7 +19,6 @@
 namespace {
 
 using Table = omi_IntTable<cow_String>;
-using Handle = cow_COW<Table>;
 using testing_support::NoLeaks;
 
 std::string Text(cow_String const* value) { return value != nullptr ? value->GetCString() : "<absent>"; }
@@ -127,31 +127,6 @@ TEST(IntTable, SignRuleSplitsKeysBetweenHalvesOfTheGivenWidths) {
         EXPECT_EQ(half->GetTableBlock(0)->GetBlockCount(), 4u);
         EXPECT_EQ(half->GetTableBlock(0)->GetBlockSize(), 256u);
     }
-}
-
-// What a write through one handle leaves in the others is the model test's.
-TEST(IntTable, HandleCopiesTheWholeTableOnceAtTheFirstWrite) {
-    NoLeaks noLeaks;
-    long const liveInts = omi_IntTable<int>::GetLiveCount();
-    {
-        Handle first(new Table);
-        Fill(first.Get(), {-7, 7});
-        Handle second = first;
-        Table const* before = first.ConstGet();
-        Table& written = second.Get();
-        EXPECT_NE(&written, before) << "the writer gets its own table";
-        EXPECT_EQ(written.ConstGet(7)->GetHeader(), before->ConstGet(7)->GetHeader()) << "texts stay shared";
-        EXPECT_EQ(&second.Get(), &written) << "a second write copies nothing";
-        EXPECT_EQ(&first.Get(), before) << "nor does the sole holder's first";
-
-        // The base sibling's table of ints shares through the same handle.
-        cow_COW<omi_IntTable<int>> ints(new omi_IntTable<int>);
-        ints.Get().Insert(-3, 30);
-        cow_COW<omi_IntTable<int>>(ints).Get().Insert(-3, 31);
-        EXPECT_EQ(*ints.ConstGet()->ConstGet(-3), 30);
-        EXPECT_EQ(omi_IntTable<int>::GetLiveCount(), liveInts + 1);
-    }
-    EXPECT_EQ(omi_IntTable<int>::GetLiveCount(), liveInts) << "destroyed through the virtual destructor";
 }
 
 TEST(IntTableIterator, WalksSignedKeysInAscendingOrder) {
