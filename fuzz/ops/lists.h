@@ -46,11 +46,7 @@ struct ArrayModel {
         for (int i = 0; i < size; ++i) elements.push_back(At(i));
         return elements;
     }
-    bool operator==(ArrayModel const& other) const {
-        bool same = size == other.size;
-        for (int i = 0; same && i < size; ++i) same = At(i) == other.At(i);
-        return same;
-    }
+    bool operator==(ArrayModel const& other) const { return Elements() == other.Elements(); }
 };
 
 template <class Model, class Value>

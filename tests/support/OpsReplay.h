@@ -24,17 +24,13 @@
 
 namespace testing_support {
 
-struct Mismatch : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
-
 inline void ReplayStreams(std::string const& target, void (*run)(std::uint8_t const*, std::size_t), int randomStreams,
                           std::size_t length) {
-    fuzz::OnFailure() = [](std::string const& line) { throw Mismatch(line); };
+    fuzz::OnFailure() = [](std::string const& line) { throw std::runtime_error(line); };
     auto runOne = [&](std::string const& name, std::vector<std::uint8_t> const& bytes) {
         try {
             run(bytes.data(), bytes.size());
-        } catch (Mismatch const& mismatch) {
+        } catch (std::runtime_error const& mismatch) {
             ADD_FAILURE() << name << ": " << mismatch.what();
         }
     };

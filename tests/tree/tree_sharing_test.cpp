@@ -1,5 +1,5 @@
-// Sharing between trees: the iterator's frames, what a copy costs, exactly
-// which nodes each write copies, and values that are containers.
+// Sharing between trees: what a copy costs, exactly which nodes each write
+// copies, and values that are containers. (Walks are the interpreter's.)
 
 #include "zorvancow/tree/cow_Btree.h"
 
@@ -20,7 +20,6 @@ namespace {
 
 using IntTree = cow_Btree<int, int>;
 using IntNode = cow_BtreeNode<int, int>;
-using Iterator = cow_BtreeIterator<int, int>;
 
 IntTree Build(std::vector<int> const& keys) {
     IntTree tree;
@@ -48,18 +47,6 @@ std::set<int> PrivateKeys(IntTree const& tree, IntTree const& other) {
 }
 
 std::vector<int> const kSeven = {4, 2, 6, 1, 3, 5, 7};  // 4(2(1,3),6(5,7))
-
-// Walks both ways against the model are the interpreter's; the frames it
-// cannot see are the path from the root: a chain's last key sits three deep.
-TEST(BtreeIterator, FramesAreThePathFromTheRoot) {
-    IntTree chain = Build({1, 2, 3});
-    Iterator it(chain);
-    EXPECT_TRUE(it.IsDone()) << "a new iterator has no current element";
-    it.Last();
-    EXPECT_EQ(it.GetStackDepth(), 3);
-    it.Previous(), it.Previous();
-    EXPECT_EQ(it.GetStackDepth(), 1);
-}
 
 TEST(BtreeSharing, ACopyCostsOneHandleAndAnInsertCopiesItsPath) {
     IntTree a = Build(kSeven);
