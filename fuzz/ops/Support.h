@@ -12,6 +12,8 @@
 //                  whatever handler the caller installed (the tests throw)
 //   Element<T>     the element types a stream runs with, made from a number
 //   Brittle        the element whose copy throws when the input says so
+//   Share          a copy by assignment, by moves or by hand-over
+//   CheckDiff      cow_Diff of two values against their models
 //   Run<State>     the frame: the stream's first byte picks the element type,
 //                  and at the end the stand-ins' live counters must be back
 

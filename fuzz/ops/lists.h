@@ -5,7 +5,8 @@
 // cow_List, cow_1DArrayList and lists of array lists, four of each sharing
 // storage through copies, snapshot iterators and nested elements. After
 // every operation each value and each held snapshot is compared with a
-// standard-library model of what it should hold.
+// standard-library model of what it should hold, and the diff of two values
+// with the difference of their models.
 
 #include <algorithm>
 #include <deque>
