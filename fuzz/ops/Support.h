@@ -188,9 +188,10 @@ void InOrder(Iterator&& it, Model const& model, SameEntry same) {
 // that a value outside it holds too, b included. True for a hand-over.
 template <class Value, class Model, std::size_t N>
 bool Share(Value (&values)[N], Model (&models)[N], int a, int b) {
-    if ((a + b) % 3 == 0) {
+    int const route = (a + b) % 3;
+    if (route == 0) {
         values[a] = values[b];
-    } else if ((a + b) % 3 == 1) {
+    } else if (route == 1) {
         Value moved = values[b];
         values[a] = std::move(moved);
         Value emptied = moved;
@@ -200,7 +201,7 @@ bool Share(Value (&values)[N], Model (&models)[N], int a, int b) {
         FUZZ_CHECK(cow_Footprint(&values[a], &values[a] + 1).outsideBytes == 0);
     }
     models[a] = models[b];
-    return (a + b) % 3 == 2;
+    return route == 2;
 }
 
 // A list of elements made from its model, and, half of the time when
